@@ -1,0 +1,8 @@
+# Shared by both Windows toolchains; ZEQ_TRIPLET and ZEQ_WINE_ARCH are set by the file that includes this.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_C_COMPILER ${ZEQ_TRIPLET}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${ZEQ_TRIPLET}-g++-posix)
+set(CMAKE_RC_COMPILER ${ZEQ_TRIPLET}-windres)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

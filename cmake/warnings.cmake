@@ -1,0 +1,17 @@
+# zeq_compile_options(target): the language level, the warnings (all of them errors) and, natively, the sanitizers.
+function(zeq_compile_options target)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
+    -Wformat=2 -Wnull-dereference -Wduplicated-cond -Wlogical-op -Wimplicit-fallthrough
+    -Woverloaded-virtual)
+  if(WIN32)
+    target_compile_definitions(${target} PRIVATE
+      UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT _WIN32_WINNT=0x0601 WINVER=0x0601)
+    # A std::terminate in a client's process is worse than any code it could save; unwind tables stay.
+    target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections)
+  else()
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()

@@ -1,0 +1,89 @@
+#pragma once
+// Late binding: one engine for every dual interface of the library, driven by the type library's own description.
+//
+// It follows IDispatch as the automation documentation describes it, and accepts a by-reference argument in every form
+// in which clients pass one: as a reference to the exact type, as a reference to a VARIANT (a script's variable; what
+// the member writes arrives there with the parameter's type), as a reference to another type (converted both ways),
+// or as a plain value.
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/ComPtr.h"
+#include "automation/Variant.h"
+
+namespace zeq::automation {
+
+/// The members of one dual interface, ready to be called by name.
+class DispatchTable {
+ public:
+  /// Reads the description of a dual interface. Throws Error if the type library has none.
+  explicit DispatchTable(const ComPtr<ITypeInfo>& dual);
+  DispatchTable(const DispatchTable&) = delete;
+  DispatchTable& operator=(const DispatchTable&) = delete;
+
+  /// IDispatch::GetIDsOfNames: names[0] is a member, the others are its arguments.
+  HRESULT getIDsOfNames(wchar_t** names, UINT count, DISPID* ids) const noexcept;
+
+  /// IDispatch::Invoke on an object whose vtable is that of the interface.
+  HRESULT invoke(void* object, DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+                 VARIANT* result, EXCEPINFO* exception, UINT* argumentError) const noexcept;
+
+  struct Parameter {
+    VARTYPE type = VT_EMPTY;  ///< Without VT_BYREF; VT_DISPATCH for every automation interface.
+    bool byReference = false;
+    bool written = false;   ///< By reference and not read only.
+    bool optional = false;  ///< May be left out.
+    bool typed = false;     ///< An object of the interface `interfaceId` instead of any.
+    IID interfaceId{};
+    Variant defaultValue;  ///< What stands for an argument that is left out; "missing" for a VARIANT without default.
+  };
+
+  /// One function of the vtable: a method, or one direction of a property.
+  struct Function {
+    DISPID id = DISPID_UNKNOWN;
+    WORD kind = 0;         ///< One of DISPATCH_METHOD, _PROPERTYGET, _PROPERTYPUT, _PROPERTYPUTREF.
+    std::size_t slot = 0;  ///< Position in the vtable.
+    std::vector<Parameter> parameters;  ///< Without the result.
+    bool hasResult = false;
+    VARTYPE resultType = VT_EMPTY;
+  };
+
+ private:
+  struct Name {
+    std::uint32_t hash = 0;
+    DISPID id = DISPID_UNKNOWN;
+    std::wstring text;
+    std::vector<std::wstring> arguments;
+  };
+
+  void addFunction(ITypeInfo& info, const FUNCDESC& description);
+  void addName(DISPID id, std::vector<std::wstring> names);
+  void index();
+  [[nodiscard]] const Name* findName(std::wstring_view name) const noexcept;
+  [[nodiscard]] const Function* findFunction(DISPID id, WORD flags, bool objectAssigned, bool& known) const noexcept;
+
+  std::vector<Function> functions_;        ///< Sorted by identifier.
+  std::vector<std::uint32_t> firstOfId_;   ///< For the identifiers 0, 1, 2 …: the first function that has it.
+  std::vector<Name> names_;
+  std::vector<std::uint32_t> buckets_;     ///< Open addressing: 1 + position in names_, 0 for a free place.
+};
+
+/// Makes an object that implements an interface by calling the object given by name. Returns null where the library
+/// has no adapter for the interface.
+using AdapterFactory = IUnknown* (*)(IDispatch* target);
+
+/// Adds an adapter: from then on, an object that answers only by name is accepted for parameters of that interface.
+void registerAdapter(REFIID interfaceId, AdapterFactory factory);
+
+/// The object behind a pointer as another interface, through an adapter if it does not implement it itself.
+/// Empty if neither is possible.
+[[nodiscard]] ComPtr<IUnknown> adaptTo(REFIID interfaceId, IUnknown* object) noexcept;
+
+}  // namespace zeq::automation

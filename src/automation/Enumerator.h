@@ -1,0 +1,115 @@
+#pragma once
+// One COM enumerator for all element types: IEnumVARIANT, IEnumConnections, IEnumConnectionPoints.
+
+#include <windows.h>
+
+#include <oleauto.h>
+#include <olectl.h>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "automation/ComPtr.h"
+#include "automation/Module.h"
+#include "automation/Variant.h"
+
+namespace zeq::automation {
+
+/// Enumerates the elements that it was made with; later changes of their source do not show. An Element owns what it
+/// holds and has `void copyTo(Raw&) const`, which gives the client a copy of its own.
+template <class Interface, class Raw, class Element>
+class Enumerator final : public Interface {
+ public:
+  using Elements = std::vector<Element>;
+
+  [[nodiscard]] static ComPtr<Interface> make(Elements elements) {
+    return ComPtr<Interface>::attach(new Enumerator(std::make_shared<const Elements>(std::move(elements)), 0));
+  }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    if (object == nullptr) {
+      return E_POINTER;
+    }
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, __uuidof(Interface))) {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<Interface*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const LONG left = InterlockedDecrement(&references_);
+    if (left == 0) {
+      delete this;
+    }
+    return static_cast<ULONG>(left);
+  }
+
+  STDMETHODIMP Next(ULONG count, Raw* out, ULONG* fetched) noexcept override {
+    if (fetched != nullptr) {
+      *fetched = 0;
+    }
+    if (out == nullptr || (fetched == nullptr && count != 1)) {
+      return E_POINTER;
+    }
+    ULONG done = 0;
+    try {
+      for (; done < count && position_ < elements_->size(); ++done) {
+        (*elements_)[position_].copyTo(out[done]);
+        ++position_;
+      }
+    } catch (...) {
+      return currentFailure().code;
+    }
+    if (fetched != nullptr) {
+      *fetched = done;
+    }
+    return done == count ? S_OK : S_FALSE;
+  }
+
+  STDMETHODIMP Skip(ULONG count) noexcept override {
+    const std::size_t left = elements_->size() - position_;
+    position_ += std::min<std::size_t>(count, left);
+    return count <= left ? S_OK : S_FALSE;
+  }
+
+  STDMETHODIMP Reset() noexcept override {
+    position_ = 0;
+    return S_OK;
+  }
+
+  STDMETHODIMP Clone(Interface** clone) noexcept override {
+    if (clone == nullptr) {
+      return E_POINTER;
+    }
+    *clone = new (std::nothrow) Enumerator(elements_, position_);
+    return *clone != nullptr ? S_OK : E_OUTOFMEMORY;
+  }
+
+ private:
+  Enumerator(std::shared_ptr<const Elements> elements, std::size_t position) noexcept
+      : elements_(std::move(elements)), position_(position) {}
+  ~Enumerator() = default;
+
+  LONG references_ = 1;
+  std::shared_ptr<const Elements> elements_;
+  std::size_t position_;
+  ModuleLock lock_;
+};
+
+/// A VARIANT as an element.
+struct VariantElement {
+  Variant value;
+  void copyTo(VARIANT& out) const {
+    VariantInit(&out);
+    check(copy(out, value.get()));
+  }
+};
+
+using VariantEnumerator = Enumerator<IEnumVARIANT, VARIANT, VariantElement>;
+
+}  // namespace zeq::automation

@@ -1,0 +1,162 @@
+#include "automation/Events.h"
+
+#include <algorithm>
+
+#include "automation/Enumerator.h"
+
+namespace zeq::automation {
+namespace {
+
+struct ConnectionElement {
+  DWORD cookie;
+  ComPtr<IDispatch> sink;
+  void copyTo(CONNECTDATA& out) const noexcept {
+    out.dwCookie = cookie;
+    out.pUnk = ComPtr<IDispatch>(sink).detach();
+  }
+};
+
+struct PointElement {
+  ComPtr<IConnectionPoint> point;
+  void copyTo(IConnectionPoint*& out) const noexcept { out = ComPtr<IConnectionPoint>(point).detach(); }
+};
+
+void freeException(EXCEPINFO& exception) noexcept {
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
+}
+
+}  // namespace
+
+STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void** object) noexcept {
+  if (object == nullptr) {
+    return E_POINTER;
+  }
+  if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IConnectionPoint)) {
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
+  *object = static_cast<IConnectionPoint*>(this);
+  AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::GetConnectionInterface(IID* iid) noexcept {
+  if (iid == nullptr) {
+    return E_POINTER;
+  }
+  *iid = events_;
+  return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) noexcept {
+  if (container == nullptr) {
+    return E_POINTER;
+  }
+  *container = &owner_;
+  owner_.AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) noexcept {
+  if (sink == nullptr || cookie == nullptr) {
+    return E_POINTER;
+  }
+  *cookie = 0;
+  // A sink may answer for the event interface itself or, as scripts do, only for IDispatch.
+  ComPtr<IDispatch> dispatch;
+  if (FAILED(sink->QueryInterface(events_, dispatch.outVoid()))) {
+    dispatch = ComPtr<IUnknown>(sink).query<IDispatch>(IID_IDispatch);
+  }
+  if (!dispatch) {
+    return CONNECT_E_CANNOTCONNECT;
+  }
+  try {
+    auto changed = sinks_ != nullptr ? std::make_shared<Sinks>(*sinks_) : std::make_shared<Sinks>();
+    changed->push_back({lastCookie_ + 1, std::move(dispatch)});
+    sinks_ = std::move(changed);
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+  *cookie = ++lastCookie_;
+  return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::Unadvise(DWORD cookie) noexcept {
+  if (!isConnected(cookie)) {
+    return CONNECT_E_NOCONNECTION;
+  }
+  // The old list may hold the last reference to the sink, whose end may come back here: it goes last.
+  const std::shared_ptr<const Sinks> old = sinks_;
+  try {
+    auto changed = std::make_shared<Sinks>();
+    std::copy_if(old->begin(), old->end(), std::back_inserter(*changed),
+                 [&](const Sink& sink) { return sink.cookie != cookie; });
+    sinks_ = changed->empty() ? nullptr : std::move(changed);
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+  return S_OK;
+}
+
+STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** enumerator) noexcept {
+  if (enumerator == nullptr) {
+    return E_POINTER;
+  }
+  *enumerator = nullptr;
+  try {
+    std::vector<ConnectionElement> elements;
+    if (sinks_ != nullptr) {
+      for (const Sink& sink : *sinks_) {
+        elements.push_back({sink.cookie, sink.dispatch});
+      }
+    }
+    *enumerator =
+        Enumerator<IEnumConnections, CONNECTDATA, ConnectionElement>::make(std::move(elements)).detach();
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+bool ConnectionPoint::isConnected(DWORD cookie) const noexcept {
+  return sinks_ != nullptr && std::any_of(sinks_->begin(), sinks_->end(),
+                                          [&](const Sink& sink) { return sink.cookie == cookie; });
+}
+
+void ConnectionPoint::raise(DISPID event, VARIANTARG* arguments, UINT count) noexcept {
+  const std::shared_ptr<const Sinks> sinks = sinks_;
+  if (sinks == nullptr) {
+    return;
+  }
+  const ComPtr<IConnectionPointContainer> alive(&owner_);  // A sink may release the object that raises the event.
+  for (const Sink& sink : *sinks) {
+    if (sinks != sinks_ && !isConnected(sink.cookie)) {
+      continue;
+    }
+    DISPPARAMS parameters{arguments, nullptr, count, 0};
+    EXCEPINFO exception{};
+    if (FAILED(sink.dispatch->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
+                                     &exception, nullptr))) {
+      freeException(exception);
+    }
+  }
+}
+
+HRESULT enumerateConnectionPoint(ConnectionPoint& point, IEnumConnectionPoints** enumerator) noexcept {
+  if (enumerator == nullptr) {
+    return E_POINTER;
+  }
+  *enumerator = nullptr;
+  try {
+    std::vector<PointElement> elements{{ComPtr<IConnectionPoint>(&point)}};
+    *enumerator =
+        Enumerator<IEnumConnectionPoints, IConnectionPoint*, PointElement>::make(std::move(elements)).detach();
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+}  // namespace zeq::automation

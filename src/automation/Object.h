@@ -1,0 +1,189 @@
+#pragma once
+// What every class of the library inherits: reference counting, QueryInterface, late binding, class information, error
+// information, event sources and the lock that keeps the module loaded.
+//
+//   class CFakeDrive final : public automation::Object<CFakeDrive, ::CFakeDrive, ::_CFakeDrive> { ... };
+//   class CFileOperation final
+//       : public automation::Object<CFileOperation, ::CFileOperation, ::_CFileOperation, ::__CFileOperation> { ... };
+
+#include <windows.h>
+
+#include <oleauto.h>
+#include <olectl.h>
+
+#include <type_traits>
+#include <utility>
+
+#include "automation/ComPtr.h"
+#include "automation/Dispatch.h"
+#include "automation/Errors.h"
+#include "automation/Events.h"
+#include "automation/Module.h"
+#include "automation/Policy.h"
+
+namespace zeq::automation {
+
+/// The dispatch table of a dual interface, made on first use.
+template <class Interface>
+const DispatchTable& dispatchTable() {
+  static const DispatchTable table(typeInfo(__uuidof(Interface)));
+  return table;
+}
+
+struct NoEvents {};
+
+/// `Coclass` and the interfaces are the type library's own declarations; `Source` is the class's event dispinterface.
+template <class Class, class Coclass, class Interface, class Source = void>
+class Object : public Interface,
+               public IProvideClassInfo2,
+               public ISupportErrorInfo,
+               public std::conditional_t<std::is_void_v<Source>, NoEvents, EventSource<Source>> {
+ public:
+  static constexpr bool hasEvents = !std::is_void_v<Source>;
+
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  /// A new object, in the C++ sense of its class.
+  template <class... Arguments>
+  [[nodiscard]] static ComPtr<Class> make(Arguments&&... arguments) {
+    return ComPtr<Class>::attach(new Class(std::forward<Arguments>(arguments)...));
+  }
+
+  /// A new object for a class factory.
+  static HRESULT create(REFIID iid, void** object) noexcept {
+    *object = nullptr;
+    try {
+      return make()->QueryInterface(iid, object);
+    } catch (...) {
+      return reportCurrent();
+    }
+  }
+
+  // IUnknown
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    if (object == nullptr) {
+      return E_POINTER;
+    }
+    *object = find(iid);
+    if (*object == nullptr) {
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const LONG left = InterlockedDecrement(&references_);
+    if (left == 0) {
+      references_ = beingDestroyed;  // What the destructor calls may take and drop references once more.
+      delete static_cast<Class*>(this);
+    }
+    return static_cast<ULONG>(left);
+  }
+
+  // IDispatch
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    if (count == nullptr) {
+      return E_POINTER;
+    }
+    *count = 1;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) noexcept override {
+    if (info == nullptr) {
+      return E_POINTER;
+    }
+    *info = nullptr;
+    return index == 0 ? describe(__uuidof(Interface), info) : DISP_E_BADINDEX;
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID /*locale*/,
+                             DISPID* ids) noexcept override {
+    if (!IsEqualIID(reserved, IID_NULL)) {
+      return DISP_E_UNKNOWNINTERFACE;
+    }
+    try {
+      return dispatchTable<Interface>().getIDsOfNames(names, count, ids);
+    } catch (...) {
+      return currentFailure().code;
+    }
+  }
+  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                      EXCEPINFO* exception, UINT* argumentError) noexcept override {
+    try {
+      return dispatchTable<Interface>().invoke(static_cast<Interface*>(this), id, reserved, locale, flags, arguments,
+                                               result, exception, argumentError);
+    } catch (...) {
+      return currentFailure().code;
+    }
+  }
+
+  // IProvideClassInfo2
+  STDMETHODIMP GetClassInfo(ITypeInfo** info) noexcept override {
+    if (info == nullptr) {
+      return E_POINTER;
+    }
+    *info = nullptr;
+    return describe(__uuidof(Coclass), info);
+  }
+  STDMETHODIMP GetGUID(DWORD kind, GUID* guid) noexcept override {
+    if (guid == nullptr) {
+      return E_POINTER;
+    }
+    *guid = GUID_NULL;
+    if constexpr (hasEvents) {
+      if (kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID) {
+        *guid = __uuidof(Source);
+        return S_OK;
+      }
+    }
+    return E_INVALIDARG;
+  }
+
+  // ISupportErrorInfo
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) noexcept override {
+    return IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) ? S_OK : S_FALSE;
+  }
+
+ protected:
+  Object() noexcept = default;
+  virtual ~Object() = default;
+
+  /// Keeps the object alive over a call that runs client code.
+  [[nodiscard]] ComPtr<Interface> keepAlive() noexcept { return ComPtr<Interface>(this); }
+
+ private:
+  static constexpr LONG beingDestroyed = 0x40000000;
+
+  [[nodiscard]] void* find(REFIID iid) noexcept {
+    if (IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IUnknown)) {
+      return static_cast<Interface*>(this);
+    }
+    if (IsEqualIID(iid, IID_IProvideClassInfo2) || IsEqualIID(iid, IID_IProvideClassInfo)) {
+      return static_cast<IProvideClassInfo2*>(this);
+    }
+    if (IsEqualIID(iid, IID_ISupportErrorInfo)) {
+      return static_cast<ISupportErrorInfo*>(this);
+    }
+    if constexpr (hasEvents) {
+      if (IsEqualIID(iid, IID_IConnectionPointContainer)) {
+        return static_cast<IConnectionPointContainer*>(this);
+      }
+    }
+    return nullptr;
+  }
+
+  static HRESULT describe(REFGUID id, ITypeInfo** info) noexcept {
+    try {
+      *info = typeInfo(id).detach();
+      return S_OK;
+    } catch (...) {
+      return currentFailure().code;
+    }
+  }
+
+  LONG references_ = 1;
+  ModuleLock lock_;
+};
+
+}  // namespace zeq::automation

@@ -1,0 +1,137 @@
+#include "support/Component.h"
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+namespace zeq::test {
+namespace {
+
+template <class Function>
+Function entryPoint(const char* name) {
+  const FARPROC address = GetProcAddress(component(), name);
+  if (address == nullptr) {
+    throw std::runtime_error(name);
+  }
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
+}
+
+class SinkObject final : public IDispatch {
+ public:
+  SinkObject(REFIID events, Sink::Handler handler) : events_(events), handler_(std::move(handler)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) && !IsEqualIID(iid, events_)) {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<IDispatch*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const ULONG left = --references_;
+    if (left == 0) {
+      delete this;
+    }
+    return left;
+  }
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    *count = 0;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return DISP_E_UNKNOWNNAME; }
+  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
+                      UINT*) noexcept override {
+    std::vector<VARIANT*> arguments;
+    for (UINT i = parameters->cArgs; i-- > 0;) {
+      arguments.push_back(&parameters->rgvarg[i]);
+    }
+    return handler_(event, std::move(arguments));
+  }
+
+ private:
+  ~SinkObject() = default;
+
+  ULONG references_ = 1;
+  IID events_;
+  Sink::Handler handler_;
+};
+
+}  // namespace
+
+HMODULE component() {
+  static const HMODULE module = LoadLibraryW(L"ZEQUtility2.dll");
+  if (module == nullptr) {
+    throw std::runtime_error("ZEQUtility2.dll cannot be loaded");
+  }
+  return module;
+}
+
+ComPtr<IClassFactory> classFactory(REFCLSID clsid) {
+  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+  static const auto getClassObject = entryPoint<GetClassObject>("DllGetClassObject");
+  ComPtr<IClassFactory> factory;
+  automation::check(getClassObject(clsid, IID_IClassFactory, factory.outVoid()));
+  return factory;
+}
+
+bool canUnload() {
+  using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
+  static const auto canUnloadNow = entryPoint<CanUnloadNow>("DllCanUnloadNow");
+  return canUnloadNow() == S_OK;
+}
+
+Outcome Late::invoke(const wchar_t* name, WORD flags, std::vector<VARIANT> arguments) const {
+  Outcome outcome;
+  DISPID id = DISPID_UNKNOWN;
+  auto* writableName = const_cast<wchar_t*>(name);
+  outcome.code = object_->GetIDsOfNames(IID_NULL, &writableName, 1, LOCALE_USER_DEFAULT, &id);
+  if (FAILED(outcome.code)) {
+    return outcome;
+  }
+  std::reverse(arguments.begin(), arguments.end());
+  DISPID put = DISPID_PROPERTYPUT;
+  const bool isPut = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  DISPPARAMS parameters{arguments.data(), isPut ? &put : nullptr, static_cast<UINT>(arguments.size()),
+                        isPut ? 1U : 0U};
+  EXCEPINFO exception{};
+  outcome.code = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                 isPut ? nullptr : &outcome.value.get(), &exception, &outcome.argumentError);
+  outcome.scode = exception.scode;
+  outcome.description = automation::text(exception.bstrDescription);
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
+  return outcome;
+}
+
+std::wstring textIn(const Variant& value) {
+  if (value.type() != VT_BSTR) {
+    throw std::runtime_error("not a text");
+  }
+  return std::wstring(automation::text(value.get().bstrVal));
+}
+
+Sink::Sink(IUnknown* source, REFIID events, Handler handler) {
+  const auto container = ComPtr<IUnknown>(source).query<IConnectionPointContainer>();
+  if (!container) {
+    throw std::runtime_error("not an event source");
+  }
+  automation::check(container->FindConnectionPoint(events, point_.out()));
+  const auto sink = ComPtr<IDispatch>::attach(new SinkObject(events, std::move(handler)));
+  automation::check(point_->Advise(sink.get(), &cookie_));
+}
+
+Sink::~Sink() { disconnect(); }
+
+void Sink::disconnect() {
+  if (cookie_ != 0) {
+    point_->Unadvise(std::exchange(cookie_, 0));
+  }
+}
+
+}  // namespace zeq::test

@@ -1,0 +1,17 @@
+// The test programs' entry point: the tests run in a single-threaded apartment, as the library's clients do.
+
+#include <gmock/gmock.h>
+
+#include <windows.h>
+
+#include <objbase.h>
+
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
+    return 1;
+  }
+  const int result = RUN_ALL_TESTS();
+  CoUninitialize();
+  return result;
+}

@@ -1,0 +1,44 @@
+# Shared by the commands in this folder: where things are, what to install, how to run a Windows program.
+# shellcheck shell=bash
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+build=$root/build
+wine32=/usr/lib/wine/wine
+wine64=/usr/lib/wine/wine64
+
+say() { printf '%s\n' "$*"; }
+step() { printf '\n== %s\n' "$*"; }
+die() {
+  printf 'error: %s\n' "$*" >&2
+  exit 1
+}
+
+# use_prefix NAME: makes the Wine prefix build/prefix-NAME (both bitnesses) if it is not there, and selects it. Windows
+# are created without a display, so that message boxes and the shell's dialogs work on a machine that has none.
+use_prefix() {
+  export WINEPREFIX=$build/prefix-$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+  unset WINEARCH DISPLAY
+  if [ ! -f "$WINEPREFIX/ready" ]; then
+    say "making the Windows environment $1 (once)"
+    rm -rf "$WINEPREFIX"
+    mkdir -p "$build"
+    "$wine64" wineboot -i >/dev/null 2>&1 || die "wineboot failed"
+    "$wine64" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1 || die "cannot set the null display"
+    stop_prefix
+    touch "$WINEPREFIX/ready"
+  fi
+}
+
+# stop_prefix: ends the programs of the selected prefix and waits until its registry is written.
+stop_prefix() {
+  /usr/lib/wine/wineserver64 -k >/dev/null 2>&1 || true
+  /usr/lib/wine/wineserver64 -w >/dev/null 2>&1 || true
+}
+
+# wine_for BITS: the loader that starts programs of that bitness.
+wine_for() { if [ "$1" = 32 ]; then echo "$wine32"; else echo "$wine64"; fi; }
+
+# windows_path PATH: the Windows spelling of a path of this machine.
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
