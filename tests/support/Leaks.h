@@ -1,0 +1,32 @@
+#pragma once
+// What the test process holds, counted: heap blocks, COM task memory (every BSTR is one block of it),
+// handles, and whether anything keeps the component loaded.
+
+#include <windows.h>
+
+#include <cstddef>
+#include <functional>
+
+namespace zeq::test {
+
+/// What the process holds at one moment.
+struct Holdings {
+  std::size_t heapBlocks =
+      0;                ///< Busy blocks of all heaps: every object, string and array, whoever allocated it.
+  long taskMemory = 0;  ///< Blocks from CoTaskMemAlloc, BSTRs among them, since counting began.
+  std::size_t handles = 0;  ///< Open kernel handles.
+  bool componentInUse =
+      false;  ///< The component's DLL is loaded and DllCanUnloadNow answers that it is needed.
+
+  bool operator==(const Holdings&) const = default;
+};
+
+/// Counts. The first call switches the BSTR cache off, which would hide leaks.
+[[nodiscard]] Holdings holdings();
+
+/// Expects that the process holds the same after as before `repetitions` runs of the body. The body runs some
+/// times beforehand, so that what is made once and kept does not count; and growth must show in three rounds,
+/// so that other threads of the system do not count either.
+void expectNoLeak(int repetitions, const std::function<void()>& body);
+
+}  // namespace zeq::test
