@@ -1,15 +1,15 @@
 #pragma once
 // Event sources: connection points that raise the events of a dispinterface on every connected sink.
 //
-// Events are raised synchronously. A sink that fails is passed over; a sink that disconnects while an event is being
-// raised gets no further call; a by-reference argument is one variable that all sinks see in turn.
+// Events are raised synchronously. A sink that fails is passed over; a sink that disconnects while an event
+// is being raised gets no further call; a by-reference argument is one variable that all sinks see in turn.
 
 #include <windows.h>
-
 #include <oleauto.h>
 #include <olectl.h>
 
 #include <array>
+#include <concepts>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -22,7 +22,8 @@ namespace zeq::automation {
 /// The connection point for one dispinterface; a part of the object whose events it raises.
 class ConnectionPoint final : public IConnectionPoint {
  public:
-  ConnectionPoint(IConnectionPointContainer& owner, REFIID events) noexcept : owner_(owner), events_(events) {}
+  ConnectionPoint(IConnectionPointContainer& owner, REFIID events) noexcept
+      : owner_(owner), events_(events) {}
   ConnectionPoint(const ConnectionPoint&) = delete;
   ConnectionPoint& operator=(const ConnectionPoint&) = delete;
 
@@ -52,7 +53,8 @@ class ConnectionPoint final : public IConnectionPoint {
 
   IConnectionPointContainer& owner_;
   const IID events_;
-  /// Never changed in place: whoever is going through the sinks keeps the list that it started with. Null if empty.
+  /// Never changed in place: whoever is going through the sinks keeps the list that it started with. Null if
+  /// empty.
   std::shared_ptr<const Sinks> sinks_;
   DWORD lastCookie_ = 0;
 };
@@ -60,7 +62,10 @@ class ConnectionPoint final : public IConnectionPoint {
 /// One argument of an event. By-value texts are borrowed for the time of the event.
 class EventArgument {
  public:
-  explicit EventArgument(bool value) noexcept { set(VT_BOOL).boolVal = value ? VARIANT_TRUE : VARIANT_FALSE; }
+  template <std::same_as<bool> Bool>  // A pointer is not silently a boolean.
+  explicit EventArgument(Bool value) noexcept {
+    set(VT_BOOL).boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  }
   explicit EventArgument(long value) noexcept { set(VT_I4).lVal = value; }
   explicit EventArgument(double value) noexcept { set(VT_R8).dblVal = value; }
   explicit EventArgument(BSTR value) noexcept { set(VT_BSTR).bstrVal = value; }

@@ -4,8 +4,9 @@
 //   quietly(result, body)   any failure leaves the neutral value (False, 0, "", Nothing, Empty) in the result
 //   raising(result, body)   a failure reaches the client as HRESULT and IErrorInfo
 //
-// Both run the body, store what it returns in the member's result argument and let no exception across the boundary.
-// Without a result argument the body returns nothing. A null result pointer is answered with E_POINTER.
+// Both run the body, store what it returns in the member's result argument and let no exception across the
+// boundary. Without a result argument the body returns nothing. A null result pointer is answered with
+// E_POINTER.
 
 #include <windows.h>
 
@@ -26,35 +27,52 @@ inline constexpr const wchar_t* errorSource = L"ZEQUtility2";
 
 namespace policy {
 
-inline void clear(BSTR& result) noexcept { result = nullptr; }
-inline void clear(VARIANT& result) noexcept { VariantInit(&result); }
+inline void clear(BSTR& result) noexcept {
+  result = nullptr;
+}
+inline void clear(VARIANT& result) noexcept {
+  VariantInit(&result);
+}
 template <class Value>
-  requires std::is_arithmetic_v<Value> || std::is_enum_v<Value> || std::is_pointer_v<Value>
+requires std::is_arithmetic_v<Value> || std::is_enum_v<Value> || std::is_pointer_v<Value>
 void clear(Value& result) noexcept {
   result = Value{};
 }
 
-inline void store(BSTR& result, std::wstring_view value) { result = newBstr(value); }
-inline void store(BSTR& result, Bstr&& value) noexcept { result = value.detach(); }
-inline void store(VARIANT_BOOL& result, bool value) noexcept { result = value ? VARIANT_TRUE : VARIANT_FALSE; }
-inline void store(VARIANT& result, Variant&& value) noexcept { result = value.detach(); }
+inline void store(BSTR& result, std::wstring_view value) {
+  result = newBstr(value);
+}
+inline void store(BSTR& result, Bstr&& value) noexcept {
+  result = value.detach();
+}
+template <std::same_as<bool> Bool>
+void store(VARIANT_BOOL& result, Bool value) noexcept {
+  result = value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+inline void store(VARIANT& result, Variant&& value) noexcept {
+  result = value.detach();
+}
 template <class Interface, class Object>
-  requires std::convertible_to<Object*, Interface*>
+requires std::convertible_to<Object*, Interface*>
 void store(Interface*& result, ComPtr<Object>&& value) noexcept {
   result = value.detach();
 }
 template <class Value>
-  requires(std::is_arithmetic_v<Value> && !std::same_as<Value, VARIANT_BOOL>) || std::is_enum_v<Value>
-void store(Value& result, Value value) noexcept {
+requires(std::is_arithmetic_v<Value> && !std::same_as<Value, VARIANT_BOOL>) ||
+    std::is_enum_v<Value> void store(Value& result, Value value) noexcept {
   result = value;
 }
 /// VARIANT_BOOL and the 16-bit integer are one type: this takes the integers.
-inline void store(short& result, short value) noexcept { result = value; }
+inline void store(short& result, short value) noexcept {
+  result = value;
+}
 
 }  // namespace policy
 
 /// Reports the exception being handled to the client and returns its code.
-inline HRESULT reportCurrent() noexcept { return report(currentFailure(), errorSource); }
+inline HRESULT reportCurrent() noexcept {
+  return report(currentFailure(), errorSource);
+}
 
 template <class Result, std::invocable Body>
 HRESULT raising(Result* result, Body&& body) noexcept {

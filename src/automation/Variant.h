@@ -2,9 +2,9 @@
 // VARIANT as a value, and the automation conversions between its types.
 
 #include <windows.h>
-
 #include <oleauto.h>
 
+#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -36,9 +36,10 @@ inline HRESULT copyValue(VARIANT& target, const VARIANT& source) noexcept {
   return inner.vt == VT_ERROR && inner.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// Converts as automation does: booleans become "True" and "False", objects give the value of their default member.
-/// The target may be the source. On failure the target is left as it was.
-HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type, LCID locale = LOCALE_USER_DEFAULT) noexcept;
+/// Converts as automation does: booleans become "True" and "False", objects give the value of their default
+/// member. The target may be the source. On failure the target is left as it was.
+HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type,
+                   LCID locale = LOCALE_USER_DEFAULT) noexcept;
 
 /// Owns one VARIANT.
 class Variant {
@@ -57,7 +58,8 @@ class Variant {
       object->AddRef();
     }
   }
-  explicit Variant(bool value) noexcept : Variant() {
+  template <std::same_as<bool> Bool>  // A pointer is not silently a boolean.
+  explicit Variant(Bool value) noexcept : Variant() {
     value_.vt = VT_BOOL;
     value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
   }
@@ -127,7 +129,8 @@ class Variant {
   return std::wstring(text(converted.get().bstrVal));
 }
 
-/// The object that a variant holds, without a reference of its own; null for Nothing and for a value that is no object.
+/// The object that a variant holds, without a reference of its own; null for Nothing and for a value that is
+/// no object.
 [[nodiscard]] inline IUnknown* objectIn(const VARIANT& value) noexcept {
   const VARIANT& inner = dereferenced(value);
   switch (inner.vt) {
