@@ -9,6 +9,7 @@ packages=(
   g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools
   libwine-dev wine wine64 wine32:i386
   clang clang-format clang-tidy libclang-rt-14-dev
+  python3-markdown nsis zip
 )
 
 installed() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
