@@ -42,3 +42,9 @@ wine_for() { if [ "$1" = 32 ]; then echo "$wine32"; else echo "$wine64"; fi; }
 
 # windows_path PATH: the Windows spelling of a path of this machine.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
+# register_library BITS: registers the DLL of dist/ in the selected prefix with the regsvr32 of that bitness.
+register_library() {
+  timeout 120 "$(wine_for "$1")" regsvr32.exe /s "$(windows_path "$root/dist/win$1/ZEQUtility2.dll")" \
+    </dev/null >/dev/null 2>&1 || die "the $1-bit library cannot be registered"
+}

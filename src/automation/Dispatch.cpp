@@ -680,6 +680,9 @@ HRESULT DispatchTable::invoke(void* object, DISPID id, REFIID reserved, LCID loc
       (arguments->cNamedArgs != 0 && arguments->rgdispidNamedArgs == nullptr)) {
     return E_INVALIDARG;
   }
+  if (id == DISPID_NEWENUM && flags == DISPATCH_METHOD) {
+    flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET;  // Script engines do not agree on what an enumerator is.
+  }
   const bool isPut = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
   const bool objectAssigned = isPut && arguments->cArgs > 0 && objectIn(arguments->rgvarg[0]) != nullptr;
   bool known = false;

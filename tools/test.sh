@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# Proves the library: builds everything for this machine, 32-bit and 64-bit Windows, checks the format of the sources,
+# runs the portable tests under the sanitizers, the unit and component tests under Wine for both bitnesses, and the
+# scripts of tests/clients with the registered library. Ends with one line: N passed, N failed.
+source "$(dirname "$0")/lib.sh"
+
+passed=0
+failed=0
+
+# count NAME PASSED FAILED: adds to the total and says so.
+count() {
+  passed=$((passed + $2))
+  failed=$((failed + $3))
+  say "$1: $2 passed, $3 failed"
+}
+
+check_format() {
+  local -a sources
+  local log=$build/format.log
+  mapfile -t sources < <(git ls-files -- 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp' \
+    'samples/*.h' 'samples/*.cpp')
+  if clang-format --dry-run -Werror "${sources[@]}" >"$log" 2>&1; then
+    count "format of ${#sources[@]} sources" 1 0
+  else
+    head -n 40 "$log"
+    count "format of ${#sources[@]} sources" 0 1
+  fi
+}
+
+# run_tests NAME COMMAND...: runs a GoogleTest program and counts its tests from its own report. A crash, a hang or a
+# program that runs no test is a failure.
+run_tests() {
+  local name=$1 log status=0 good=0 bad=0
+  log=$build/$(tr -c 'a-z0-9\n' '-' <<<"$name").log
+  shift
+  timeout -k 10 400 "$@" --gtest_color=no --gtest_brief=0 </dev/null >"$log" 2>&1 || status=$?
+  good=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) test.*/\1/p' "$log" | tail -n 1)
+  bad=$(sed -n 's/^ *\([0-9]*\) FAILED TESTS\{0,1\}.*/\1/p' "$log" | tail -n 1)
+  if [ "${good:-0}" -eq 0 ] && [ "${bad:-0}" -eq 0 ] || { [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; }; then
+    tail -n 20 "$log"
+    say "$name ended with status $status before its report"
+    bad=$((${bad:-0} + 1))
+  fi
+  grep -B 12 '^\[  FAILED  \].* ms)' "$log" || true
+  grep '^\[  SKIPPED \].* ms)' "$log" || true
+  count "$name" "${good:-0}" "${bad:-0}"
+}
+
+run_clients() {
+  local log=$build/clients.log totals
+  "$root/tools/clients.sh" >"$log" 2>&1 </dev/null || true
+  cat "$log"
+  totals=$(tail -n 1 "$log")
+  if [[ $totals =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+    count "client scripts" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+  else
+    count "client scripts" 0 1
+  fi
+}
+
+"$root/tools/build.sh" native win32 win64
+
+step "format"
+check_format
+
+step "tests"
+run_tests "portable tests, native" "$build/native/bin/portable_tests"
+use_prefix test
+for bits in 32 64; do
+  for program in unit component; do
+    run_tests "$program tests, $bits-bit" "$(wine_for "$bits")" "$build/win$bits/bin/${program}_tests.exe"
+  done
+done
+stop_prefix
+
+step "clients"
+run_clients
+
+step "total"
+say "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]
