@@ -4,6 +4,7 @@
 
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
+#include "inifiles/CIniFile.h"
 
 namespace zeq::library {
 namespace {
@@ -19,6 +20,7 @@ std::span<const ClassEntry> classTable() noexcept {
   static const std::array table{
       entry<automation::Collection, ::Collection>(),
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
+      entry<inifiles::CIniFile, ::CIniFile>(),
   };
   return table;
 }
