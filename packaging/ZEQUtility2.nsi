@@ -142,5 +142,8 @@ Section Uninstall
   !include "${STAGE}.uninstall.nsh" ; Deletes exactly the files that were packed.
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
+  ${If} $scope == "user"
+    RMDir "$LOCALAPPDATA\Programs" ; only if nothing else is there
+  ${EndIf}
   DeleteRegKey SHCTX "${UNINSTALL_KEY}"
 SectionEnd
