@@ -34,24 +34,28 @@ const Variant* Collection::find(std::wstring_view key) const {
   return found != byKey_.end() ? &found->second->value : nullptr;
 }
 
+const Variant& Collection::item(const VARIANT& index) const {
+  if (!isText(index)) {
+    return at(positionOf(index));
+  }
+  const Variant key(index);
+  const Variant* found = find(text(key.get().bstrVal));
+  if (found == nullptr) {
+    throw Error(ErrorNumber::invalidProcedureCall);
+  }
+  return *found;
+}
+
 void Collection::append(Variant item, std::optional<std::wstring_view> key) {
   insert(entries_.end(), std::move(item), key);
 }
 
-void Collection::removeAt(long position) { erase(locatePosition(position)); }
+void Collection::removeAt(long position) {
+  erase(locatePosition(position));
+}
 
 STDMETHODIMP Collection::get_Item(VARIANT Index, VARIANT* result) noexcept {
-  return raising(result, [&]() -> Variant {
-    if (!isText(Index)) {
-      return at(positionOf(Index));
-    }
-    const Variant key(Index);
-    const Variant* found = find(text(key.get().bstrVal));
-    if (found == nullptr) {
-      throw Error(ErrorNumber::invalidProcedureCall);
-    }
-    return *found;
-  });
+  return raising(result, [&] { return item(Index); });
 }
 
 STDMETHODIMP Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
-// The ordered collection: values or objects counted from 1, each with an optional text key that is compared without
-// regard to case. Adding, looking up by position or key and removing at either end take constant time.
+// The ordered collection: values or objects counted from 1, each with an optional text key that is compared
+// without regard to case. Adding, looking up by position or key and removing at either end take constant
+// time.
 
 #include <deque>
 #include <memory>
@@ -16,9 +17,12 @@ namespace zeq::automation {
 
 class Collection final : public Object<Collection, ::Collection, ::_Collection> {
  public:
-  // For the library's own classes. Positions count from 1. All but find throw Error as the members below report it.
+  // For the library's own classes. Positions count from 1. All but find throw Error as the members below
+  // report it.
   [[nodiscard]] long size() const noexcept { return static_cast<long>(entries_.size()); }
   [[nodiscard]] const Variant& at(long position) const;
+  /// The item at a position or, for a text, under a key.
+  [[nodiscard]] const Variant& item(const VARIANT& index) const;
   void append(Variant item, std::optional<std::wstring_view> key = std::nullopt);
   void removeAt(long position);
   /// The item under a key; null if there is none.

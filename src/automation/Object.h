@@ -1,13 +1,15 @@
 #pragma once
-// What every class of the library inherits: reference counting, QueryInterface, late binding, class information, error
-// information, event sources and the lock that keeps the module loaded.
+// What every class of the library inherits: reference counting, QueryInterface, late binding, class
+// information, error information, event sources and the lock that keeps the module loaded.
 //
 //   class CFakeDrive final : public automation::Object<CFakeDrive, ::CFakeDrive, ::_CFakeDrive> { ... };
 //   class CFileOperation final
-//       : public automation::Object<CFileOperation, ::CFileOperation, ::_CFileOperation, ::__CFileOperation> { ... };
+//       : public automation::Object<CFileOperation, ::CFileOperation, ::_CFileOperation, ::__CFileOperation>
+//       { ... };
+//   class CWinHelp final
+//       : public automation::Object<CWinHelp, ::CWinHelp, ::_CWinHelp, void, ::IHelpProvider> { ... };
 
 #include <windows.h>
-
 #include <oleauto.h>
 #include <olectl.h>
 
@@ -30,14 +32,69 @@ const DispatchTable& dispatchTable() {
   return table;
 }
 
+/// Hands out the type library's description of an interface or a class.
+inline HRESULT giveTypeInfo(REFGUID id, ITypeInfo** info) noexcept {
+  try {
+    *info = typeInfo(id).detach();
+    return S_OK;
+  } catch (...) {
+    return currentFailure().code;
+  }
+}
+
+/// The IDispatch side of one dual interface: names and identifiers are those of that interface.
+template <class Interface>
+class Dual : public Interface {
+ public:
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    if (count == nullptr) {
+      return E_POINTER;
+    }
+    *count = 1;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) noexcept override {
+    if (info == nullptr) {
+      return E_POINTER;
+    }
+    *info = nullptr;
+    return index == 0 ? giveTypeInfo(__uuidof(Interface), info) : DISP_E_BADINDEX;
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID /*locale*/,
+                             DISPID* ids) noexcept override {
+    if (!IsEqualIID(reserved, IID_NULL)) {
+      return DISP_E_UNKNOWNINTERFACE;
+    }
+    try {
+      return dispatchTable<Interface>().getIDsOfNames(names, count, ids);
+    } catch (...) {
+      return currentFailure().code;
+    }
+  }
+  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept override {
+    try {
+      return dispatchTable<Interface>().invoke(static_cast<Interface*>(this), id, reserved, locale, flags,
+                                               arguments, result, exception, argumentError);
+    } catch (...) {
+      return currentFailure().code;
+    }
+  }
+
+ protected:
+  ~Dual() = default;
+};
+
 struct NoEvents {};
 
-/// `Coclass` and the interfaces are the type library's own declarations; `Source` is the class's event dispinterface.
-template <class Class, class Coclass, class Interface, class Source = void>
-class Object : public Interface,
+/// `Coclass` and the interfaces are the type library's own declarations; `Source` is the class's event
+/// dispinterface (void for none), `Further` are dual interfaces that it implements besides its default one.
+template <class Class, class Coclass, class Interface, class Source = void, class... Further>
+class Object : public Dual<Interface>,
                public IProvideClassInfo2,
                public ISupportErrorInfo,
-               public std::conditional_t<std::is_void_v<Source>, NoEvents, EventSource<Source>> {
+               public std::conditional_t<std::is_void_v<Source>, NoEvents, EventSource<Source>>,
+               public Dual<Further>... {
  public:
   static constexpr bool hasEvents = !std::is_void_v<Source>;
 
@@ -72,7 +129,9 @@ class Object : public Interface,
     AddRef();
     return S_OK;
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override {
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
+  }
   STDMETHODIMP_(ULONG) Release() noexcept override {
     const LONG left = InterlockedDecrement(&references_);
     if (left == 0) {
@@ -82,49 +141,13 @@ class Object : public Interface,
     return static_cast<ULONG>(left);
   }
 
-  // IDispatch
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    if (count == nullptr) {
-      return E_POINTER;
-    }
-    *count = 1;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) noexcept override {
-    if (info == nullptr) {
-      return E_POINTER;
-    }
-    *info = nullptr;
-    return index == 0 ? describe(__uuidof(Interface), info) : DISP_E_BADINDEX;
-  }
-  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID /*locale*/,
-                             DISPID* ids) noexcept override {
-    if (!IsEqualIID(reserved, IID_NULL)) {
-      return DISP_E_UNKNOWNINTERFACE;
-    }
-    try {
-      return dispatchTable<Interface>().getIDsOfNames(names, count, ids);
-    } catch (...) {
-      return currentFailure().code;
-    }
-  }
-  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
-                      EXCEPINFO* exception, UINT* argumentError) noexcept override {
-    try {
-      return dispatchTable<Interface>().invoke(static_cast<Interface*>(this), id, reserved, locale, flags, arguments,
-                                               result, exception, argumentError);
-    } catch (...) {
-      return currentFailure().code;
-    }
-  }
-
   // IProvideClassInfo2
   STDMETHODIMP GetClassInfo(ITypeInfo** info) noexcept override {
     if (info == nullptr) {
       return E_POINTER;
     }
     *info = nullptr;
-    return describe(__uuidof(Coclass), info);
+    return giveTypeInfo(__uuidof(Coclass), info);
   }
   STDMETHODIMP GetGUID(DWORD kind, GUID* guid) noexcept override {
     if (guid == nullptr) {
@@ -142,7 +165,9 @@ class Object : public Interface,
 
   // ISupportErrorInfo
   STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) noexcept override {
-    return IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) ? S_OK : S_FALSE;
+    const bool supported = IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) ||
+                           (IsEqualIID(iid, __uuidof(Further)) || ...);
+    return supported ? S_OK : S_FALSE;
   }
 
  protected:
@@ -156,7 +181,8 @@ class Object : public Interface,
   static constexpr LONG beingDestroyed = 0x40000000;
 
   [[nodiscard]] void* find(REFIID iid) noexcept {
-    if (IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IUnknown)) {
+    if (IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) ||
+        IsEqualIID(iid, IID_IUnknown)) {
       return static_cast<Interface*>(this);
     }
     if (IsEqualIID(iid, IID_IProvideClassInfo2) || IsEqualIID(iid, IID_IProvideClassInfo)) {
@@ -170,16 +196,9 @@ class Object : public Interface,
         return static_cast<IConnectionPointContainer*>(this);
       }
     }
-    return nullptr;
-  }
-
-  static HRESULT describe(REFGUID id, ITypeInfo** info) noexcept {
-    try {
-      *info = typeInfo(id).detach();
-      return S_OK;
-    } catch (...) {
-      return currentFailure().code;
-    }
+    void* further = nullptr;
+    ((IsEqualIID(iid, __uuidof(Further)) ? void(further = static_cast<Further*>(this)) : void()), ...);
+    return further;
   }
 
   LONG references_ = 1;
