@@ -1,0 +1,290 @@
+#include "torture/World.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+#include <utility>
+
+namespace zeq::torture {
+
+using automation::check;
+using automation::ComPtr;
+using automation::Variant;
+
+namespace {
+
+constexpr std::size_t mostObjects = 60;
+constexpr std::size_t mostSinks = 20;
+constexpr int deepest = 3;
+
+/// Members that would end the test program, start other programs or wait for a person: they have tests of
+/// their own.
+bool isLeftOut(const std::wstring& type, const std::wstring& member) {
+  static const std::vector<std::pair<std::wstring, std::wstring>> leftOut{
+      {L"CZEQAudit", L"ZEQAudit"},  {L"CZEQAudit", L"DebugMask"}, {L"CZEQAudit", L"ZEQMsgBox"},
+      {L"CAttachment", L"Execute"}, {L"CWinHelp", L"LocateHelp"},
+  };
+  return std::find(leftOut.begin(), leftOut.end(), std::pair(type, member)) != leftOut.end();
+}
+
+bool isAllowed(HRESULT code) {
+  if (SUCCEEDED(code) || HRESULT_FACILITY(code) == FACILITY_DISPATCH) {
+    return true;
+  }
+  return code == E_OUTOFMEMORY || code == E_INVALIDARG || code == E_POINTER;
+}
+
+bool isAllowedError(HRESULT code) {
+  return HRESULT_FACILITY(code) == FACILITY_CONTROL || isAllowed(code);
+}
+
+/// The type of an argument, and of the variable behind it: "0x400C>8" is a reference to a variable with a
+/// text.
+std::string describeType(const VARIANT& argument) {
+  char text[32];
+  const bool refers = argument.vt == (VT_BYREF | VT_VARIANT) && argument.pvarVal != nullptr;
+  std::snprintf(text, sizeof text, "0x%X>0x%X", argument.vt,
+                refers ? static_cast<unsigned>(argument.pvarVal->vt) : 0U);
+  return text;
+}
+
+std::wstring nameOf(ITypeInfo& info, MEMBERID member) {
+  test::Bstr name;
+  check(info.GetDocumentation(member, name.out(), nullptr, nullptr, nullptr));
+  return std::wstring(name.view());
+}
+
+}  // namespace
+
+World::World(Random& random) : random_(random), objectSource_([this] { return anyObject(); }) {
+  readClasses();
+}
+
+World::~World() {
+  sinks_.clear();
+  retired_.clear();
+  live_.clear();
+}
+
+void World::readClasses() {
+  ComPtr<ITypeLib> library;
+  wchar_t path[MAX_PATH];
+  GetModuleFileNameW(test::component(), path, MAX_PATH);
+  check(LoadTypeLibEx(path, REGKIND_NONE, library.out()));
+  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+    ComPtr<ITypeInfo> info;
+    check(library->GetTypeInfo(i, info.out()));
+    TYPEATTR* attributes = nullptr;
+    check(info->GetTypeAttr(&attributes));
+    const bool creatable =
+        attributes->typekind == TKIND_COCLASS && (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) != 0;
+    Class type{.name = nameOf(*info, MEMBERID_NIL),
+               .clsid = attributes->guid,
+               .hasEvents = false,
+               .events = {},
+               .members = {}};
+    const UINT implemented = attributes->cImplTypes;
+    info->ReleaseTypeAttr(attributes);
+    if (!creatable) {
+      continue;
+    }
+    for (UINT j = 0; j < implemented; ++j) {
+      HREFTYPE reference = 0;
+      INT flags = 0;
+      ComPtr<ITypeInfo> interfaceInfo;
+      check(info->GetRefTypeOfImplType(j, &reference));
+      check(info->GetImplTypeFlags(j, &flags));
+      check(info->GetRefTypeInfo(reference, interfaceInfo.out()));
+      TYPEATTR* description = nullptr;
+      check(interfaceInfo->GetTypeAttr(&description));
+      if ((flags & IMPLTYPEFLAG_FSOURCE) != 0) {
+        type.hasEvents = true;
+        type.events = description->guid;
+      } else if ((flags & IMPLTYPEFLAG_FDEFAULT) != 0) {
+        for (UINT k = 0; k < description->cFuncs; ++k) {
+          FUNCDESC* function = nullptr;
+          check(interfaceInfo->GetFuncDesc(k, &function));
+          Member member{nameOf(*interfaceInfo, function->memid), function->memid,
+                        static_cast<WORD>(function->invkind), static_cast<std::size_t>(function->cParams)};
+          interfaceInfo->ReleaseFuncDesc(function);
+          if (member.id < 0x60000000 && !isLeftOut(type.name, member.name)) {
+            type.members.push_back(std::move(member));
+          }
+        }
+      }
+      interfaceInfo->ReleaseTypeAttr(description);
+    }
+    classes_.push_back(std::move(type));
+  }
+}
+
+void World::step() {
+  const std::size_t kind = random_.below(100);
+  if (live_.empty() || (kind < 6 && live_.size() < mostObjects)) {
+    create();
+  } else if (kind < 11) {
+    forget();
+  } else if (kind < 14) {
+    connect();
+  } else if (kind < 16 && !sinks_.empty()) {
+    sinks_.erase(sinks_.begin() + static_cast<std::ptrdiff_t>(random_.below(sinks_.size())));
+  } else {
+    callRandomMember();
+  }
+  if (depth_ == 0) {
+    retired_.clear();
+  }
+}
+
+void World::create() {
+  const Class& type = random_.pick(classes_);
+  std::snprintf(current_.data(), current_.size(), "create %ls", type.name.c_str());
+  ComPtr<IDispatch> object;
+  check(test::classFactory(type.clsid)->CreateInstance(nullptr, IID_IDispatch, object.outVoid()));
+  live_.push_back({&type, std::move(object)});
+}
+
+void World::forget() {
+  const std::size_t index = random_.below(live_.size());
+  const Live gone = std::move(live_[index]);
+  live_.erase(live_.begin() + static_cast<std::ptrdiff_t>(index));
+  std::snprintf(current_.data(), current_.size(), "release %ls", gone.type->name.c_str());
+}
+
+void World::connect() {
+  const Live& source = random_.pick(live_);
+  if (!source.type->hasEvents || sinks_.size() >= mostSinks) {
+    return;
+  }
+  const ComPtr<IDispatch> object = source.object;
+  sinks_.push_back(std::make_unique<test::Sink>(object.get(), source.type->events,
+                                                [this](DISPID, std::vector<VARIANT*> arguments) {
+                                                  onEvent(arguments);
+                                                  return random_.chance(20) ? E_FAIL : S_OK;
+                                                }));
+}
+
+void World::callRandomMember() {
+  const Live target = random_.pick(live_);
+  if (target.type->members.empty()) {
+    return;
+  }
+  call(*target.type, target.object, random_.pick(target.type->members));
+}
+
+void World::call(const Class& type, const ComPtr<IDispatch>& object, const Member& member) {
+  ++calls_;
+  Arguments arguments(random_, objectSource_);
+  std::size_t count = member.parameters;
+  if (random_.chance(15)) {
+    count = random_.below(count + 3);
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    arguments.add();
+  }
+  WORD flags = member.flags;
+  if (random_.chance(5)) {
+    flags = static_cast<WORD>(random_.below(16));
+  }
+  const bool isPut = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  std::vector<DISPID> names;
+  if (isPut && count > 0) {
+    names.push_back(DISPID_PROPERTYPUT);
+  } else if (random_.chance(5) && count > 0) {
+    names.push_back(static_cast<DISPID>(random_.below(count + 1)));
+  }
+  std::string types;
+  for (const VARIANT& argument : arguments.list()) {
+    types += " " + describeType(argument);
+  }
+  std::array<char, current_.size()> text{};
+  std::snprintf(text.data(), text.size(), "%ls.%ls, flags %u, depth %d, arguments (last first):%s",
+                type.name.c_str(), member.name.c_str(), static_cast<unsigned>(flags), depth_, types.c_str());
+  current_ = text;
+
+  DISPPARAMS parameters{arguments.list().data(), names.data(), static_cast<UINT>(count),
+                        static_cast<UINT>(names.size())};
+  Variant result;
+  EXCEPINFO exception{};
+  UINT argumentError = 0;
+  const bool wantsResult = random_.chance(80);
+  const HRESULT code = object->Invoke(
+      member.id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, wantsResult ? &result.get() : nullptr,
+      random_.chance(90) ? &exception : nullptr, random_.chance(90) ? &argumentError : nullptr);
+  const HRESULT error = exception.scode;
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
+  if (!isAllowed(code) || (code == DISP_E_EXCEPTION && error != 0 && !isAllowedError(error))) {
+    char what[400];
+    std::snprintf(what, sizeof what, "%s returned 0x%08lX (error 0x%08lX)", text.data(),
+                  static_cast<unsigned long>(code), static_cast<unsigned long>(error));
+    throw Violation(what);
+  }
+  if (result.type() == VT_DISPATCH) {
+    keep(result.get().pdispVal);
+  }
+}
+
+void World::keep(IDispatch* object) {
+  const Class* type = object != nullptr && live_.size() < mostObjects ? classOf(object) : nullptr;
+  if (type != nullptr) {
+    live_.push_back({type, ComPtr<IDispatch>(object)});
+  }
+}
+
+const World::Class* World::classOf(IDispatch* object) const {
+  const auto provider = ComPtr<IDispatch>(object).query<IProvideClassInfo>(IID_IProvideClassInfo);
+  ComPtr<ITypeInfo> info;
+  if (!provider || FAILED(provider->GetClassInfo(info.out()))) {
+    return nullptr;
+  }
+  const std::wstring name = nameOf(*info, MEMBERID_NIL);
+  const auto found =
+      std::find_if(classes_.begin(), classes_.end(), [&](const Class& each) { return each.name == name; });
+  return found != classes_.end() ? &*found : nullptr;
+}
+
+IDispatch* World::anyObject() {
+  return live_.empty() || random_.chance(10) ? nullptr : random_.pick(live_).object.get();
+}
+
+void World::onEvent(std::vector<VARIANT*>& arguments) {
+  for (VARIANT* argument : arguments) {
+    if (argument->vt == (VT_BYREF | VT_BOOL)) {
+      *argument->pboolVal = random_.chance(50) ? VARIANT_TRUE : VARIANT_FALSE;
+    } else if (argument->vt == (VT_BYREF | VT_I4)) {
+      *argument->plVal = static_cast<long>(random_.below(6));
+    } else if (argument->vt == (VT_BYREF | VT_DISPATCH) && random_.chance(30)) {
+      IDispatch* other = anyObject();
+      if (other != nullptr) {
+        other->AddRef();
+      }
+      if (IDispatch* old = std::exchange(*argument->ppdispVal, other)) {
+        old->Release();
+      }
+    }
+  }
+  if (depth_ >= deepest) {
+    return;
+  }
+  ++depth_;
+  const std::size_t kind = random_.below(10);
+  if (kind < 3) {
+    callRandomMember();
+  } else if (kind == 3) {
+    forget();
+  } else if (kind == 4 && !sinks_.empty()) {
+    // The sink may be the one that is being called: it goes when the event is over.
+    const auto index = static_cast<std::ptrdiff_t>(random_.below(sinks_.size()));
+    retired_.push_back(std::move(sinks_[static_cast<std::size_t>(index)]));
+    sinks_.erase(sinks_.begin() + index);
+    retired_.back()->disconnect();
+  } else if (kind == 5) {
+    connect();
+  }
+  --depth_;
+}
+
+}  // namespace zeq::torture

@@ -1,0 +1,85 @@
+#pragma once
+// The objects that the torture run plays with, and what it does to them.
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "automation/ComPtr.h"
+#include "support/Component.h"
+#include "torture/Arguments.h"
+#include "torture/Random.h"
+
+namespace zeq::torture {
+
+/// Thrown when the component answers in a way that no client may see.
+class Violation : public std::exception {
+ public:
+  explicit Violation(std::string what) : what_(std::move(what)) {}
+  [[nodiscard]] const char* what() const noexcept override { return what_.c_str(); }
+
+ private:
+  std::string what_;
+};
+
+class World {
+ public:
+  explicit World(Random& random);
+  ~World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  /// Does one random thing. Throws Violation.
+  void step();
+
+  /// How many calls of members were made so far, those from event handlers included.
+  [[nodiscard]] long long calls() const noexcept { return calls_; }
+  /// What is being done, for the report of a crash: a text that is always there.
+  [[nodiscard]] static const char* current() noexcept { return current_.data(); }
+
+ private:
+  struct Member {
+    std::wstring name;
+    DISPID id;
+    WORD flags;
+    std::size_t parameters;
+  };
+  struct Class {
+    std::wstring name;
+    CLSID clsid;
+    bool hasEvents;
+    IID events;
+    std::vector<Member> members;
+  };
+  struct Live {
+    const Class* type;
+    automation::ComPtr<IDispatch> object;
+  };
+
+  void readClasses();
+  void create();
+  void forget();
+  void connect();
+  void callRandomMember();
+  void call(const Class& type, const automation::ComPtr<IDispatch>& object, const Member& member);
+  void keep(IDispatch* object);
+  void onEvent(std::vector<VARIANT*>& arguments);
+  [[nodiscard]] IDispatch* anyObject();
+  [[nodiscard]] const Class* classOf(IDispatch* object) const;
+
+  Random& random_;
+  ObjectSource objectSource_;
+  std::vector<Class> classes_;
+  std::vector<Live> live_;
+  std::vector<std::unique_ptr<test::Sink>> sinks_;
+  std::vector<std::unique_ptr<test::Sink>> retired_;  ///< Disconnected during an event; destroyed after it.
+  long long calls_ = 0;
+  int depth_ = 0;
+  static inline std::array<char, 256> current_{};
+};
+
+}  // namespace zeq::torture
