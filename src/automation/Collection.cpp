@@ -4,14 +4,20 @@
 #include <utility>
 #include <vector>
 
-#include "automation/Enumerator.h"
-
 namespace zeq::automation {
 namespace {
 
-bool isText(const VARIANT& index) noexcept {
-  const VARTYPE type = dereferenced(index).vt;
-  return type == VT_BSTR || type == (VT_BYREF | VT_BSTR);
+/// The text that an index or a key is, valid as long as the variant; nothing if it is a value of another
+/// type.
+std::optional<std::wstring_view> textOfKey(const VARIANT& index) noexcept {
+  const VARIANT& inner = dereferenced(index);
+  if (inner.vt == VT_BSTR) {
+    return text(inner.bstrVal);
+  }
+  if (inner.vt == (VT_BYREF | VT_BSTR) && inner.pbstrVal != nullptr) {
+    return text(*inner.pbstrVal);
+  }
+  return std::nullopt;
 }
 
 long positionOf(const VARIANT& index) {
@@ -35,11 +41,11 @@ const Variant* Collection::find(std::wstring_view key) const {
 }
 
 const Variant& Collection::item(const VARIANT& index) const {
-  if (!isText(index)) {
+  const auto key = textOfKey(index);
+  if (!key) {
     return at(positionOf(index));
   }
-  const Variant key(index);
-  const Variant* found = find(text(key.get().bstrVal));
+  const Variant* found = find(*key);
   if (found == nullptr) {
     throw Error(ErrorNumber::invalidProcedureCall);
   }
@@ -60,6 +66,12 @@ STDMETHODIMP Collection::get_Item(VARIANT Index, VARIANT* result) noexcept {
 
 STDMETHODIMP Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept {
   return raising([&] {
+    Variant item(
+        Item);  // Made first: nothing that runs client code may come between finding the place and using it.
+    const auto key = textOfKey(Key);
+    if (!key && !isMissing(Key)) {
+      throw Error(ErrorNumber::typeMismatch);
+    }
     auto place = entries_.end();
     if (!isMissing(Before) && !isMissing(After)) {
       throw Error(ErrorNumber::invalidProcedureCall);
@@ -69,14 +81,7 @@ STDMETHODIMP Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT 
     } else if (!isMissing(After)) {
       place = std::next(locate(After));
     }
-    if (isMissing(Key)) {
-      insert(place, Variant(Item), std::nullopt);
-    } else if (isText(Key)) {
-      const Variant key(Key);
-      insert(place, Variant(Item), text(key.get().bstrVal));
-    } else {
-      throw Error(ErrorNumber::typeMismatch);
-    }
+    insert(place, std::move(item), key);
   });
 }
 
@@ -90,21 +95,14 @@ STDMETHODIMP Collection::Remove(VARIANT Index) noexcept {
 
 STDMETHODIMP Collection::get_NewEnum(IUnknown** result) noexcept {
   return raising(result, [&] {
-    std::vector<VariantElement> items;
-    items.reserve(entries_.size());
-    for (const auto& entry : entries_) {
-      items.push_back({entry->value});
-    }
-    return VariantEnumerator::make(std::move(items));
+    using EntryEnumerator = Enumerator<IEnumVARIANT, VARIANT, SharedElement<Entry>>;
+    return EntryEnumerator::make({entries_.begin(), entries_.end()});
   });
 }
 
 Collection::Entries::iterator Collection::locate(const VARIANT& index) {
-  if (isText(index)) {
-    const Variant key(index);
-    return locateKey(text(key.get().bstrVal));
-  }
-  return locatePosition(positionOf(index));
+  const auto key = textOfKey(index);
+  return key ? locateKey(*key) : locatePosition(positionOf(index));
 }
 
 Collection::Entries::iterator Collection::locatePosition(long position) {
@@ -119,12 +117,23 @@ Collection::Entries::iterator Collection::locateKey(std::wstring_view key) {
   if (found == byKey_.end()) {
     throw Error(ErrorNumber::invalidProcedureCall);
   }
-  return std::find_if(entries_.begin(), entries_.end(),
-                      [&](const auto& entry) { return entry.get() == found->second; });
+  // From both ends at once, as removing from the middle shifts the shorter side.
+  auto front = entries_.begin();
+  auto back = entries_.end();
+  while (true) {
+    if (front->get() == found->second) {
+      return front;
+    }
+    ++front;
+    --back;
+    if (back->get() == found->second) {
+      return back;
+    }
+  }
 }
 
 void Collection::insert(Entries::iterator before, Variant item, std::optional<std::wstring_view> key) {
-  auto entry = std::make_unique<Entry>();
+  auto entry = std::make_shared<Entry>();
   entry->value = std::move(item);
   if (!key) {
     entries_.insert(before, std::move(entry));
@@ -145,7 +154,7 @@ void Collection::insert(Entries::iterator before, Variant item, std::optional<st
 
 void Collection::erase(Entries::iterator entry) {
   // The item goes last: releasing it may run client code that uses this collection.
-  const std::unique_ptr<Entry> removed = std::move(*entry);
+  const std::shared_ptr<const Entry> removed = std::move(*entry);
   entries_.erase(entry);
   if (removed->foldedKey) {
     byKey_.erase(*removed->foldedKey);

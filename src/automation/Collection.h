@@ -11,6 +11,7 @@
 #include <unordered_map>
 
 #include "ZEQUtility2.h"
+#include "automation/Enumerator.h"
 #include "automation/Object.h"
 
 namespace zeq::automation {
@@ -36,11 +37,11 @@ class Collection final : public Object<Collection, ::Collection, ::_Collection> 
   STDMETHODIMP get_NewEnum(IUnknown** result) noexcept override;
 
  private:
-  struct Entry {
-    Variant value;
+  struct Entry : VariantElement {
     std::optional<std::wstring> foldedKey;
   };
-  using Entries = std::deque<std::unique_ptr<Entry>>;
+  /// Enumerators share the entries.
+  using Entries = std::deque<std::shared_ptr<const Entry>>;
 
   [[nodiscard]] Entries::iterator locate(const VARIANT& index);
   [[nodiscard]] Entries::iterator locatePosition(long position);
@@ -49,7 +50,7 @@ class Collection final : public Object<Collection, ::Collection, ::_Collection> 
   void erase(Entries::iterator entry);
 
   Entries entries_;
-  std::unordered_map<std::wstring, Entry*> byKey_;
+  std::unordered_map<std::wstring, const Entry*> byKey_;
 };
 
 }  // namespace zeq::automation

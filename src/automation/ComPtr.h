@@ -2,7 +2,6 @@
 // A smart pointer for COM interfaces: one reference, released in the destructor.
 
 #include <windows.h>
-
 #include <unknwn.h>
 
 #include <utility>
@@ -46,7 +45,8 @@ class ComPtr {
     }
   }
 
-  /// The address for a function that returns a reference through an out argument; any present one is released.
+  /// The address for a function that returns a reference through an out argument; any present one is
+  /// released.
   [[nodiscard]] Interface** out() noexcept {
     reset();
     return &pointer_;
@@ -61,11 +61,9 @@ class ComPtr {
   /// Another interface of the same object; empty if it has none.
   template <class Other>
   [[nodiscard]] ComPtr<Other> query(REFIID iid = __uuidof(Other)) const noexcept {
-    ComPtr<Other> result;
-    if (pointer_ != nullptr && FAILED(pointer_->QueryInterface(iid, result.outVoid()))) {
-      result = nullptr;
-    }
-    return result;
+    void* found = nullptr;
+    const bool answers = pointer_ != nullptr && SUCCEEDED(pointer_->QueryInterface(iid, &found));
+    return ComPtr<Other>::attach(answers ? static_cast<Other*>(found) : nullptr);
   }
 
  private:

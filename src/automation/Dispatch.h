@@ -1,13 +1,13 @@
 #pragma once
-// Late binding: one engine for every dual interface of the library, driven by the type library's own description.
+// Late binding: one engine for every dual interface of the library, driven by the type library's own
+// description.
 //
-// It follows IDispatch as the automation documentation describes it, and accepts a by-reference argument in every form
-// in which clients pass one: as a reference to the exact type, as a reference to a VARIANT (a script's variable; what
-// the member writes arrives there with the parameter's type), as a reference to another type (converted both ways),
-// or as a plain value.
+// It follows IDispatch as the automation documentation describes it, and accepts a by-reference argument in
+// every form in which clients pass one: as a reference to the exact type, as a reference to a VARIANT (a
+// script's variable; what the member writes arrives there with the parameter's type), as a reference to
+// another type (converted both ways), or as a plain value.
 
 #include <windows.h>
-
 #include <oleauto.h>
 
 #include <cstdint>
@@ -15,8 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "automation/Argument.h"
 #include "automation/ComPtr.h"
-#include "automation/Variant.h"
 
 namespace zeq::automation {
 
@@ -35,16 +35,6 @@ class DispatchTable {
   HRESULT invoke(void* object, DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
                  VARIANT* result, EXCEPINFO* exception, UINT* argumentError) const noexcept;
 
-  struct Parameter {
-    VARTYPE type = VT_EMPTY;  ///< Without VT_BYREF; VT_DISPATCH for every automation interface.
-    bool byReference = false;
-    bool written = false;   ///< By reference and not read only.
-    bool optional = false;  ///< May be left out.
-    bool typed = false;     ///< An object of the interface `interfaceId` instead of any.
-    IID interfaceId{};
-    Variant defaultValue;  ///< What stands for an argument that is left out; "missing" for a VARIANT without default.
-  };
-
   /// One function of the vtable: a method, or one direction of a property.
   struct Function {
     DISPID id = DISPID_UNKNOWN;
@@ -53,6 +43,7 @@ class DispatchTable {
     std::vector<Parameter> parameters;  ///< Without the result.
     bool hasResult = false;
     VARTYPE resultType = VT_EMPTY;
+    bool mayReturnAdapter = false;  ///< The result is an object that a client may have implemented by name.
   };
 
  private:
@@ -67,23 +58,13 @@ class DispatchTable {
   void addName(DISPID id, std::vector<std::wstring> names);
   void index();
   [[nodiscard]] const Name* findName(std::wstring_view name) const noexcept;
-  [[nodiscard]] const Function* findFunction(DISPID id, WORD flags, bool objectAssigned, bool& known) const noexcept;
+  [[nodiscard]] std::size_t firstFunction(DISPID id) const noexcept;
+  [[nodiscard]] const Function* findFunction(DISPID id, WORD flags, bool objectAssigned) const noexcept;
 
-  std::vector<Function> functions_;        ///< Sorted by identifier.
-  std::vector<std::uint32_t> firstOfId_;   ///< For the identifiers 0, 1, 2 …: the first function that has it.
+  std::vector<Function> functions_;       ///< Sorted by identifier.
+  std::vector<std::uint32_t> firstOfId_;  ///< For the identifiers 0, 1, 2 …: the first function that has it.
   std::vector<Name> names_;
-  std::vector<std::uint32_t> buckets_;     ///< Open addressing: 1 + position in names_, 0 for a free place.
+  std::vector<std::uint32_t> buckets_;  ///< Open addressing: 1 + position in names_, 0 for a free place.
 };
-
-/// Makes an object that implements an interface by calling the object given by name. Returns null where the library
-/// has no adapter for the interface.
-using AdapterFactory = IUnknown* (*)(IDispatch* target);
-
-/// Adds an adapter: from then on, an object that answers only by name is accepted for parameters of that interface.
-void registerAdapter(REFIID interfaceId, AdapterFactory factory);
-
-/// The object behind a pointer as another interface, through an adapter if it does not implement it itself.
-/// Empty if neither is possible.
-[[nodiscard]] ComPtr<IUnknown> adaptTo(REFIID interfaceId, IUnknown* object) noexcept;
 
 }  // namespace zeq::automation

@@ -2,13 +2,13 @@
 // One COM enumerator for all element types: IEnumVARIANT, IEnumConnections, IEnumConnectionPoints.
 
 #include <windows.h>
-
 #include <oleauto.h>
 #include <olectl.h>
 
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "automation/ComPtr.h"
@@ -17,15 +17,16 @@
 
 namespace zeq::automation {
 
-/// Enumerates the elements that it was made with; later changes of their source do not show. An Element owns what it
-/// holds and has `void copyTo(Raw&) const`, which gives the client a copy of its own.
+/// Enumerates the elements that it was made with; later changes of their source do not show. An Element owns
+/// what it holds and has `void copyTo(Raw&) const`, which gives the client a copy of its own.
 template <class Interface, class Raw, class Element>
 class Enumerator final : public Interface {
  public:
   using Elements = std::vector<Element>;
 
   [[nodiscard]] static ComPtr<Interface> make(Elements elements) {
-    return ComPtr<Interface>::attach(new Enumerator(std::make_shared<const Elements>(std::move(elements)), 0));
+    return ComPtr<Interface>::attach(
+        new Enumerator(std::make_shared<const Elements>(std::move(elements)), 0));
   }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
@@ -40,7 +41,9 @@ class Enumerator final : public Interface {
     AddRef();
     return S_OK;
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override {
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
+  }
   STDMETHODIMP_(ULONG) Release() noexcept override {
     const LONG left = InterlockedDecrement(&references_);
     if (left == 0) {
@@ -53,7 +56,7 @@ class Enumerator final : public Interface {
     if (fetched != nullptr) {
       *fetched = 0;
     }
-    if (out == nullptr || (fetched == nullptr && count != 1)) {
+    if (out == nullptr) {
       return E_POINTER;
     }
     ULONG done = 0;
@@ -63,7 +66,9 @@ class Enumerator final : public Interface {
         ++position_;
       }
     } catch (...) {
-      return currentFailure().code;
+      if (done == 0) {
+        return currentFailure().code;
+      }  // Else the client gets those that were copied, and the failure with its next request.
     }
     if (fetched != nullptr) {
       *fetched = done;
@@ -111,5 +116,19 @@ struct VariantElement {
 };
 
 using VariantEnumerator = Enumerator<IEnumVARIANT, VARIANT, VariantElement>;
+
+/// An element that is shared with its source.
+template <class Shared>
+class SharedElement {
+ public:
+  SharedElement(std::shared_ptr<const Shared> element) noexcept : element_(std::move(element)) {}
+  template <class Raw>
+  void copyTo(Raw& out) const {
+    element_->copyTo(out);
+  }
+
+ private:
+  std::shared_ptr<const Shared> element_;
+};
 
 }  // namespace zeq::automation

@@ -43,7 +43,8 @@ constexpr std::array texts{
     NumberAndText{ErrorNumber::cannotCreateObject, L"ActiveX component can't create object"},
     NumberAndText{ErrorNumber::memberNotSupported, L"Object doesn't support this property or method"},
     NumberAndText{ErrorNumber::actionNotSupported, L"Object doesn't support this action"},
-    NumberAndText{ErrorNumber::keyInUse, L"This key is already associated with an element of this collection"},
+    NumberAndText{ErrorNumber::keyInUse,
+                  L"This key is already associated with an element of this collection"},
 };
 
 struct Win32AndNumber {
@@ -82,10 +83,11 @@ constexpr std::array win32Numbers{
 };
 
 std::wstring systemText(HRESULT code) {
-  constexpr DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  constexpr DWORD flags =
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
   wchar_t* text = nullptr;
-  const DWORD length =
-      FormatMessageW(flags, nullptr, static_cast<DWORD>(code), 0, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
+  const DWORD length = FormatMessageW(flags, nullptr, static_cast<DWORD>(code), 0,
+                                      reinterpret_cast<wchar_t*>(&text), 0, nullptr);
   std::wstring result(text != nullptr ? text : L"", length);
   LocalFree(text);
   while (!result.empty() && (result.back() == L'\n' || result.back() == L'\r' || result.back() == L' ')) {
@@ -99,65 +101,75 @@ std::wstring systemText(HRESULT code) {
 Error::Error(ErrorNumber number) noexcept : code_(codeOf(number)) {}
 
 ErrorNumber numberOfWin32Error(DWORD error) noexcept {
-  const auto* found =
-      std::find_if(win32Numbers.begin(), win32Numbers.end(), [&](const auto& each) { return each.error == error; });
+  const auto* found = std::find_if(win32Numbers.begin(), win32Numbers.end(),
+                                   [&](const auto& each) { return each.error == error; });
   return found != win32Numbers.end() ? found->number : ErrorNumber::deviceIoError;
 }
 
 std::wstring describe(HRESULT code) {
-  const auto* found = std::find_if(texts.begin(), texts.end(), [&](const auto& each) {
-    return codeOf(each.number) == code;
-  });
+  const auto* found =
+      std::find_if(texts.begin(), texts.end(), [&](const auto& each) { return codeOf(each.number) == code; });
   if (found != texts.end()) {
     return found->text;
   }
+  return systemText(code);
+}
+
+HRESULT withErrorNumber(HRESULT code) noexcept {
   switch (code) {
     case DISP_E_OVERFLOW:
-      return describe(codeOf(ErrorNumber::overflow));
+      return codeOf(ErrorNumber::overflow);
     case DISP_E_TYPEMISMATCH:
-      return describe(codeOf(ErrorNumber::typeMismatch));
+      return codeOf(ErrorNumber::typeMismatch);
     case DISP_E_DIVBYZERO:
-      return describe(codeOf(ErrorNumber::divisionByZero));
+      return codeOf(ErrorNumber::divisionByZero);
     case DISP_E_BADINDEX:
-      return describe(codeOf(ErrorNumber::subscriptOutOfRange));
+      return codeOf(ErrorNumber::subscriptOutOfRange);
     case E_OUTOFMEMORY:
-      return describe(codeOf(ErrorNumber::outOfMemory));
+      return codeOf(ErrorNumber::outOfMemory);
     default:
-      return systemText(code);
+      return code;
   }
 }
 
-Failure currentFailure() {
-  HRESULT code = codeOf(ErrorNumber::internalError);
+Failure currentFailure() noexcept {
+  Failure failure{codeOf(ErrorNumber::internalError), {}};
   try {
-    throw;
-  } catch (const Error& error) {
-    code = error.code();
-  } catch (const std::system_error& error) {
-    code = codeOf(numberOfWin32Error(static_cast<DWORD>(error.code().value())));
-  } catch (const std::overflow_error&) {
-    code = codeOf(ErrorNumber::overflow);
-  } catch (const std::bad_alloc&) {
-    code = E_OUTOFMEMORY;
-  } catch (const std::exception&) {
-    code = codeOf(ErrorNumber::internalError);
+    try {
+      throw;
+    } catch (const Error& error) {
+      failure.code = withErrorNumber(error.code());
+      failure.description = error.description();
+    } catch (const std::system_error& error) {
+      if (error.code().category() == std::system_category()) {
+        failure.code = codeOf(numberOfWin32Error(static_cast<DWORD>(error.code().value())));
+      }
+    } catch (const std::overflow_error&) {
+      failure.code = codeOf(ErrorNumber::overflow);
+    } catch (const std::bad_alloc&) {
+      failure.code = codeOf(ErrorNumber::outOfMemory);
+    } catch (const std::length_error&) {
+      failure.code = codeOf(ErrorNumber::outOfMemory);
+    } catch (...) {
+      failure.code = codeOf(ErrorNumber::internalError);
+    }
+    if (failure.description.empty()) {
+      failure.description = describe(failure.code);
+    }
+  } catch (...) {  // NOLINT(bugprone-empty-catch): without memory for its text, the code alone tells.
   }
-  try {
-    return {code, describe(code)};
-  } catch (const std::exception&) {
-    return {code, {}};
-  }
+  return failure;
 }
 
 HRESULT report(const Failure& failure, const wchar_t* source) noexcept {
   ComPtr<ICreateErrorInfo> created;
+  ComPtr<IErrorInfo> info;
   if (SUCCEEDED(CreateErrorInfo(created.out()))) {
     created->SetSource(const_cast<wchar_t*>(source));
     created->SetDescription(const_cast<wchar_t*>(failure.description.c_str()));
-    if (const auto info = created.query<IErrorInfo>(IID_IErrorInfo)) {
-      SetErrorInfo(0, info.get());
-    }
+    info = created.query<IErrorInfo>(IID_IErrorInfo);
   }
+  SetErrorInfo(0, info.get());  // At worst nothing, but never what an earlier failure left.
   return failure.code;
 }
 

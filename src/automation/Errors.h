@@ -1,11 +1,12 @@
 #pragma once
-// Errors as automation clients know them: the number of the automation runtime in an HRESULT 0x800A0000 + number, and
-// its usual English text as description (IErrorInfo).
+// Errors as automation clients know them: the number of the automation runtime in an HRESULT 0x800A0000 +
+// number, and its usual English text as description (IErrorInfo).
 
 #include <windows.h>
 
 #include <exception>
 #include <string>
+#include <utility>
 
 namespace zeq::automation {
 
@@ -48,11 +49,17 @@ class Error : public std::exception {
  public:
   explicit Error(ErrorNumber number) noexcept;
   explicit Error(HRESULT code) noexcept : code_(code) {}
+  /// With a description of its own instead of the usual text.
+  Error(HRESULT code, std::wstring description) noexcept
+      : code_(code), description_(std::move(description)) {}
   [[nodiscard]] HRESULT code() const noexcept { return code_; }
+  /// Empty if the usual text of the code serves.
+  [[nodiscard]] const std::wstring& description() const noexcept { return description_; }
   [[nodiscard]] const char* what() const noexcept override { return "automation error"; }
 
  private:
   HRESULT code_;
+  std::wstring description_;
 };
 
 /// Throws if a COM call failed.
@@ -67,15 +74,21 @@ inline void check(HRESULT result) {
   return MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, static_cast<int>(number));
 }
 
+/// The code that an automation error number stands for where a platform function reports the same failure by
+/// a code of its own (overflow, type mismatch, division by zero, bad index, out of memory); any other code
+/// itself.
+[[nodiscard]] HRESULT withErrorNumber(HRESULT code) noexcept;
+
 /// The automation error number for a Win32 error code (GetLastError).
 [[nodiscard]] ErrorNumber numberOfWin32Error(DWORD error) noexcept;
 
 /// The usual text of an HRESULT: the runtime's own text for an error number, else the system's.
 [[nodiscard]] std::wstring describe(HRESULT code);
 
-/// The failure that stands for the exception being handled: Error by its code, std::system_error by its Win32 code,
-/// std::overflow_error as overflow, std::bad_alloc as out of memory, anything else as an internal error. Call it from a catch block only.
-[[nodiscard]] Failure currentFailure();
+/// The failure that stands for the exception being handled: Error by its code, std::system_error by its Win32
+/// code, std::overflow_error as overflow, std::bad_alloc and std::length_error as out of memory, anything
+/// else as an internal error. Call it from a catch block only.
+[[nodiscard]] Failure currentFailure() noexcept;
 
 /// Hands a failure to the client as IErrorInfo and returns its code.
 HRESULT report(const Failure& failure, const wchar_t* source) noexcept;

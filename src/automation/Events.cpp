@@ -1,6 +1,8 @@
 #include "automation/Events.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "automation/Enumerator.h"
 
@@ -21,13 +23,12 @@ struct PointElement {
   void copyTo(IConnectionPoint*& out) const noexcept { out = ComPtr<IConnectionPoint>(point).detach(); }
 };
 
-void freeException(EXCEPINFO& exception) noexcept {
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrDescription);
-  SysFreeString(exception.bstrHelpFile);
-}
-
 }  // namespace
+
+ConnectionPoint::~ConnectionPoint() {
+  // The list is taken away first: what a sink does when it is released finds no connection left.
+  const std::shared_ptr<const Sinks> last = std::exchange(sinks_, nullptr);
+}
 
 STDMETHODIMP ConnectionPoint::QueryInterface(REFIID iid, void** object) noexcept {
   if (object == nullptr) {
@@ -65,21 +66,24 @@ STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) noexcept {
   }
   *cookie = 0;
   // A sink may answer for the event interface itself or, as scripts do, only for IDispatch.
-  ComPtr<IDispatch> dispatch;
-  if (FAILED(sink->QueryInterface(events_, dispatch.outVoid()))) {
+  auto dispatch = ComPtr<IUnknown>(sink).query<IDispatch>(events_);
+  if (!dispatch) {
     dispatch = ComPtr<IUnknown>(sink).query<IDispatch>(IID_IDispatch);
   }
   if (!dispatch) {
     return CONNECT_E_CANNOTCONNECT;
   }
+  do {
+    ++lastCookie_;
+  } while (lastCookie_ == 0 || isConnected(lastCookie_));
   try {
     auto changed = sinks_ != nullptr ? std::make_shared<Sinks>(*sinks_) : std::make_shared<Sinks>();
-    changed->push_back({lastCookie_ + 1, std::move(dispatch)});
+    changed->push_back({lastCookie_, std::move(dispatch)});
     sinks_ = std::move(changed);
   } catch (...) {
     return E_OUTOFMEMORY;
   }
-  *cookie = ++lastCookie_;
+  *cookie = lastCookie_;
   return S_OK;
 }
 
@@ -121,8 +125,8 @@ STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** enumerator) noe
 }
 
 bool ConnectionPoint::isConnected(DWORD cookie) const noexcept {
-  return sinks_ != nullptr && std::any_of(sinks_->begin(), sinks_->end(),
-                                          [&](const Sink& sink) { return sink.cookie == cookie; });
+  return sinks_ != nullptr &&
+         std::any_of(sinks_->begin(), sinks_->end(), [&](const Sink& sink) { return sink.cookie == cookie; });
 }
 
 void ConnectionPoint::raise(DISPID event, VARIANTARG* arguments, UINT count) noexcept {
@@ -130,17 +134,16 @@ void ConnectionPoint::raise(DISPID event, VARIANTARG* arguments, UINT count) noe
   if (sinks == nullptr) {
     return;
   }
-  const ComPtr<IConnectionPointContainer> alive(&owner_);  // A sink may release the object that raises the event.
+  const ComPtr<IConnectionPointContainer> alive(
+      &owner_);  // A sink may release the object that raises the event.
   for (const Sink& sink : *sinks) {
     if (sinks != sinks_ && !isConnected(sink.cookie)) {
       continue;
     }
     DISPPARAMS parameters{arguments, nullptr, count, 0};
-    EXCEPINFO exception{};
-    if (FAILED(sink.dispatch->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
-                                     &exception, nullptr))) {
-      freeException(exception);
-    }
+    CallException exception;
+    static_cast<void>(sink.dispatch->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                            &parameters, nullptr, exception.out(), nullptr));
   }
 }
 
@@ -152,7 +155,8 @@ HRESULT enumerateConnectionPoint(ConnectionPoint& point, IEnumConnectionPoints**
   try {
     std::vector<PointElement> elements{{ComPtr<IConnectionPoint>(&point)}};
     *enumerator =
-        Enumerator<IEnumConnectionPoints, IConnectionPoint*, PointElement>::make(std::move(elements)).detach();
+        Enumerator<IEnumConnectionPoints, IConnectionPoint*, PointElement>::make(std::move(elements))
+            .detach();
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;

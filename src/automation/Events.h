@@ -8,14 +8,12 @@
 #include <oleauto.h>
 #include <olectl.h>
 
-#include <array>
-#include <concepts>
 #include <memory>
-#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "automation/CallOut.h"
 #include "automation/ComPtr.h"
-#include "automation/Text.h"
 
 namespace zeq::automation {
 
@@ -24,6 +22,7 @@ class ConnectionPoint final : public IConnectionPoint {
  public:
   ConnectionPoint(IConnectionPointContainer& owner, REFIID events) noexcept
       : owner_(owner), events_(events) {}
+  ~ConnectionPoint();
   ConnectionPoint(const ConnectionPoint&) = delete;
   ConnectionPoint& operator=(const ConnectionPoint&) = delete;
 
@@ -59,33 +58,6 @@ class ConnectionPoint final : public IConnectionPoint {
   DWORD lastCookie_ = 0;
 };
 
-/// One argument of an event. By-value texts are borrowed for the time of the event.
-class EventArgument {
- public:
-  template <std::same_as<bool> Bool>  // A pointer is not silently a boolean.
-  explicit EventArgument(Bool value) noexcept {
-    set(VT_BOOL).boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
-  }
-  explicit EventArgument(long value) noexcept { set(VT_I4).lVal = value; }
-  explicit EventArgument(double value) noexcept { set(VT_R8).dblVal = value; }
-  explicit EventArgument(BSTR value) noexcept { set(VT_BSTR).bstrVal = value; }
-  explicit EventArgument(const Bstr& value) noexcept { set(VT_BSTR).bstrVal = value.get(); }
-  explicit EventArgument(const VARIANT& value) noexcept : value_(value) {}
-  explicit EventArgument(VARIANT_BOOL* answer) noexcept { set(VT_BYREF | VT_BOOL).pboolVal = answer; }
-  explicit EventArgument(long* answer) noexcept { set(VT_BYREF | VT_I4).plVal = answer; }
-  explicit EventArgument(IDispatch** object) noexcept { set(VT_BYREF | VT_DISPATCH).ppdispVal = object; }
-
-  [[nodiscard]] const VARIANTARG& get() const noexcept { return value_; }
-
- private:
-  VARIANTARG& set(VARTYPE type) noexcept {
-    VariantInit(&value_);
-    value_.vt = type;
-    return value_;
-  }
-  VARIANTARG value_;
-};
-
 /// A base of every object with events. `Source` is the dispinterface.
 template <class Source>
 class EventSource : public IConnectionPointContainer {
@@ -101,7 +73,7 @@ class EventSource : public IConnectionPointContainer {
 
   [[nodiscard]] bool hasSinks() const noexcept { return point_.hasSinks(); }
 
-  /// Raises an event; its arguments are given in declaration order.
+  /// Raises an event; its arguments are given in declaration order. See CallArgument for what can be passed.
   template <class... Arguments>
   void raise(DISPID event, Arguments&&... arguments) noexcept {
     if (!point_.hasSinks()) {
@@ -110,11 +82,8 @@ class EventSource : public IConnectionPointContainer {
     if constexpr (sizeof...(Arguments) == 0) {
       point_.raise(event, nullptr, 0);
     } else {
-      constexpr std::size_t count = sizeof...(Arguments);
-      std::array<VARIANTARG, count> list;
-      std::size_t at = count;
-      ((list[--at] = EventArgument(std::forward<Arguments>(arguments)).get()), ...);
-      point_.raise(event, list.data(), static_cast<UINT>(count));
+      CallArguments list(std::forward<Arguments>(arguments)...);
+      point_.raise(event, list.data(), list.size());
     }
   }
 

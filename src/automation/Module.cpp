@@ -10,12 +10,15 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier
 namespace zeq::automation {
 namespace {
 
-// Several apartments may ask at once: the first to finish loading wins, and the pointer never changes after that.
+// Several apartments may ask at once: the first to finish loading wins, and the pointer never changes after
+// that.
 std::atomic<ITypeLib*> loadedLibrary{nullptr};
 
 }  // namespace
 
-HINSTANCE moduleHandle() noexcept { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
+HINSTANCE moduleHandle() noexcept {
+  return reinterpret_cast<HINSTANCE>(&__ImageBase);
+}
 
 std::wstring modulePath() {
   std::wstring path(MAX_PATH, L'\0');

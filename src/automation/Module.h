@@ -2,7 +2,6 @@
 // What the component knows of itself: its module handle, how many reasons keep it loaded, its type library.
 
 #include <windows.h>
-
 #include <oleauto.h>
 
 #include <string>

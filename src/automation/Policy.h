@@ -74,10 +74,15 @@ inline HRESULT reportCurrent() noexcept {
   return report(currentFailure(), errorSource);
 }
 
+/// Answers a client that gives no room for the result.
+inline HRESULT reportNullResult() noexcept {
+  return report({E_POINTER, {}}, errorSource);
+}
+
 template <class Result, std::invocable Body>
 HRESULT raising(Result* result, Body&& body) noexcept {
   if (result == nullptr) {
-    return E_POINTER;
+    return reportNullResult();
   }
   policy::clear(*result);
   try {
@@ -101,7 +106,7 @@ HRESULT raising(Body&& body) noexcept {
 template <class Result, std::invocable Body>
 HRESULT quietly(Result* result, Body&& body) noexcept {
   if (result == nullptr) {
-    return E_POINTER;
+    return reportNullResult();
   }
   policy::clear(*result);
   try {

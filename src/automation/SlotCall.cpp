@@ -11,8 +11,8 @@ using Caller = HRESULT (*)(void* method, void* object, Words words);
 
 #ifdef _WIN64
 
-// The first three arguments travel in registers, whose kind depends on the argument's type. The caller owns the stack,
-// so passing more words than the method takes does no harm, and a few lengths serve all.
+// The first three arguments travel in registers, whose kind depends on the argument's type. The caller owns
+// the stack, so passing more words than the method takes does no harm, and a few lengths serve all.
 
 template <class Argument>
 Argument inRegister(std::uintptr_t word) noexcept {
@@ -31,7 +31,7 @@ HRESULT callWith(void* method, void* object, Words words, std::index_sequence<In
   using Second = Register<1, Floating>;
   using Third = Register<2, Floating>;
   using Method = HRESULT(STDMETHODCALLTYPE*)(void*, First, Second, Third,
-                                            std::remove_cvref_t<decltype(words[Index])>...);
+                                             std::remove_cvref_t<decltype(words[Index])>...);
   return reinterpret_cast<Method>(method)(object, inRegister<First>(words[0]), inRegister<Second>(words[1]),
                                           inRegister<Third>(words[2]), words[3 + Index]...);
 }

@@ -1,9 +1,8 @@
 #pragma once
-// Calls a method of a vtable with arguments that are known only at run time, by the platform's calling convention
-// (stdcall on 32-bit Windows, the Microsoft x64 convention on 64-bit).
+// Calls a method of a vtable with arguments that are known only at run time, by the platform's calling
+// convention (stdcall on 32-bit Windows, the Microsoft x64 convention on 64-bit).
 
 #include <windows.h>
-
 #include <oaidl.h>
 
 #include <array>
@@ -13,8 +12,8 @@
 
 namespace zeq::automation {
 
-/// The argument list of one call, in declaration order and without the object itself. The caller sees to it that no
-/// more than `capacity` words are pushed.
+/// The argument list of one call, in declaration order and without the object itself. The caller sees to it
+/// that no more than `capacity` words are pushed.
 class SlotArguments {
  public:
   /// The most machine words that an argument list may have.
@@ -46,8 +45,12 @@ class SlotArguments {
   [[nodiscard]] HRESULT call(void* object, std::size_t slot) const noexcept;
 
  private:
-  void pushWord(std::uintptr_t word) noexcept { words_[count_++] = word; }
-  void pushWide(const void* eightBytes) noexcept { pushBytes(eightBytes, 8); }
+  void pushWord(std::uintptr_t word) noexcept {
+    words_[count_++] = word;
+  }
+  void pushWide(const void* eightBytes) noexcept {
+    pushBytes(eightBytes, 8);
+  }
   void pushBytes(const void* bytes, std::size_t size) noexcept {
     std::memcpy(&words_[count_], bytes, size);
     count_ += size / sizeof(std::uintptr_t);

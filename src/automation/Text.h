@@ -1,9 +1,8 @@
 #pragma once
-// BSTR, the counted UTF-16 string of automation, against the standard library's strings. A null BSTR is the empty
-// string. Embedded NUL characters survive in both directions.
+// BSTR, the counted UTF-16 string of automation, against the standard library's strings. A null BSTR is the
+// empty string. Embedded NUL characters survive in both directions.
 
 #include <windows.h>
-
 #include <oleauto.h>
 
 #include <new>
@@ -20,7 +19,8 @@ namespace zeq::automation {
   return string == nullptr ? std::wstring_view() : std::wstring_view(string, SysStringLen(string));
 }
 
-/// The text of a by-reference argument. A null pointer, which only an early-bound client can pass, is an error.
+/// The text of a by-reference argument. A null pointer, which only an early-bound client can pass, is an
+/// error.
 [[nodiscard]] inline std::wstring_view text(const BSTR* string) {
   if (string == nullptr) {
     throw Error(E_POINTER);
@@ -63,7 +63,8 @@ class Bstr {
   BSTR string_ = nullptr;
 };
 
-/// Replaces the string that a by-reference argument holds. Nothing changes if the new one cannot be allocated.
+/// Replaces the string that a by-reference argument holds. Nothing changes if the new one cannot be
+/// allocated.
 inline void assign(BSTR* target, std::wstring_view text) {
   if (target == nullptr) {
     throw Error(E_POINTER);

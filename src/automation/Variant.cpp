@@ -10,8 +10,9 @@ HRESULT defaultMember(const VARIANT& source, VARIANT& value) noexcept {
     return DISP_E_TYPEMISMATCH;
   }
   DISPPARAMS none{};
-  const HRESULT result = object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
-                                        DISPATCH_PROPERTYGET | DISPATCH_METHOD, &none, &value, nullptr, nullptr);
+  const HRESULT result =
+      object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET | DISPATCH_METHOD,
+                     &none, &value, nullptr, nullptr);
   if (FAILED(result)) {
     return DISP_E_TYPEMISMATCH;
   }

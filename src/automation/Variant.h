@@ -16,7 +16,7 @@ namespace zeq::automation {
 
 /// The variant that a VT_BYREF|VT_VARIANT refers to; any other variant itself.
 [[nodiscard]] inline const VARIANT& dereferenced(const VARIANT& value) noexcept {
-  return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
+  return value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr ? *value.pvarVal : value;
 }
 
 /// Copies a variant, a reference as a reference. The target holds nothing before.

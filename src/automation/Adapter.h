@@ -1,0 +1,121 @@
+#pragma once
+// Adapters: an object that answers only by name, such as a script's, taken for one that implements an
+// interface.
+//
+//   class StepAdapter final : public automation::Adapter<StepAdapter, IWizardStep> {
+//    public:
+//     using Adapter::Adapter;
+//     STDMETHODIMP get_Name(BSTR* result) noexcept override {
+//       return raising(result, [&] { return textOf(caller().get(L"Name").get()); });
+//     }
+//   };
+//   registerAdapter<StepAdapter>();  // once, before any object is handed out
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include "automation/ComPtr.h"
+#include "automation/Module.h"
+#include "automation/NamedCaller.h"
+
+namespace zeq::automation {
+
+/// What adapters answer to QueryInterface with the object that they stand for.
+extern const IID adaptedObjectId;
+
+/// A new adapter for an object.
+using AdapterFactory = ComPtr<IUnknown> (*)(IDispatch* target);
+
+/// From then on, an object that answers only by name is accepted for parameters of the interface.
+void registerAdapter(REFIID interfaceId, AdapterFactory factory);
+
+template <class AdapterClass>
+void registerAdapter() {
+  registerAdapter(AdapterClass::interfaceId(), &AdapterClass::make);
+}
+
+/// True if there is an adapter for the interface.
+[[nodiscard]] bool hasAdapter(REFIID interfaceId) noexcept;
+
+/// The object as another interface, through an adapter if it does not implement it itself. Empty if neither
+/// is possible.
+[[nodiscard]] ComPtr<IUnknown> adaptTo(REFIID interfaceId, IUnknown* object) noexcept;
+
+/// What the client knows the object by: the adapted object of an adapter, any other object itself.
+[[nodiscard]] ComPtr<IUnknown> withoutAdapter(IUnknown* object) noexcept;
+
+/// The same for a reference that the caller owns.
+void dropAdapter(IUnknown*& object) noexcept;
+
+/// The base of every adapter. `Interface` is a dual interface; the adapter's own members implement it by
+/// calling the target, and its IDispatch is the target's, so that clients reach all members of their object
+/// through it.
+template <class Class, class Interface>
+class Adapter : public Interface {
+ public:
+  explicit Adapter(IDispatch* target) noexcept : caller_(target) {}
+  Adapter(const Adapter&) = delete;
+  Adapter& operator=(const Adapter&) = delete;
+
+  [[nodiscard]] static REFIID interfaceId() noexcept { return __uuidof(Interface); }
+  [[nodiscard]] static ComPtr<IUnknown> make(IDispatch* target) {
+    return ComPtr<IUnknown>::attach(new Class(target));
+  }
+
+  // IUnknown
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    if (object == nullptr) {
+      return E_POINTER;
+    }
+    if (IsEqualIID(iid, adaptedObjectId)) {
+      *object = ComPtr<IDispatch>(caller_.target()).detach();
+      return S_OK;
+    }
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
+        !IsEqualIID(iid, interfaceId())) {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<Interface*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override {
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
+  }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const LONG left = InterlockedDecrement(&references_);
+    if (left == 0) {
+      delete static_cast<Class*>(this);
+    }
+    return static_cast<ULONG>(left);
+  }
+
+  // IDispatch
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    return caller_.target()->GetTypeInfoCount(count);
+  }
+  STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override {
+    return caller_.target()->GetTypeInfo(index, locale, info);
+  }
+  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID locale,
+                             DISPID* ids) noexcept override {
+    return caller_.target()->GetIDsOfNames(reserved, names, count, locale, ids);
+  }
+  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept override {
+    return caller_.target()->Invoke(id, reserved, locale, flags, arguments, result, exception, argumentError);
+  }
+
+ protected:
+  virtual ~Adapter() = default;
+
+  [[nodiscard]] const NamedCaller& caller() const noexcept { return caller_; }
+
+ private:
+  LONG references_ = 1;
+  NamedCaller caller_;
+  ModuleLock lock_;
+};
+
+}  // namespace zeq::automation

@@ -1,0 +1,58 @@
+#pragma once
+// Calls an automation object that is known by the names of its members only.
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <utility>
+
+#include "automation/CallOut.h"
+#include "automation/ComPtr.h"
+#include "automation/Variant.h"
+
+namespace zeq::automation {
+
+/// The members throw Error: number 438 for a name that the object does not have, else what the object
+/// reports.
+class NamedCaller {
+ public:
+  explicit NamedCaller(IDispatch* target) noexcept : target_(target) {}
+
+  [[nodiscard]] IDispatch* target() const noexcept { return target_.get(); }
+
+  /// Calls a method. See CallArgument for what can be passed.
+  template <class... Arguments>
+  Variant call(const wchar_t* name, Arguments&&... arguments) const {
+    return invoke(name, DISPATCH_METHOD, std::forward<Arguments>(arguments)...);
+  }
+
+  /// Reads a property.
+  template <class... Arguments>
+  [[nodiscard]] Variant get(const wchar_t* name, Arguments&&... arguments) const {
+    return invoke(name, DISPATCH_PROPERTYGET, std::forward<Arguments>(arguments)...);
+  }
+
+  /// Assigns a value to a property. The value comes last, after the property's own arguments.
+  template <class... Arguments>
+  void put(const wchar_t* name, Arguments&&... argumentsAndValue) const {
+    invoke(name, DISPATCH_PROPERTYPUT, std::forward<Arguments>(argumentsAndValue)...);
+  }
+
+  /// Makes a property refer to an object. The object comes last, after the property's own arguments.
+  template <class... Arguments>
+  void putReference(const wchar_t* name, Arguments&&... argumentsAndObject) const {
+    invoke(name, DISPATCH_PROPERTYPUTREF, std::forward<Arguments>(argumentsAndObject)...);
+  }
+
+ private:
+  template <class... Arguments>
+  Variant invoke(const wchar_t* name, WORD flags, Arguments&&... arguments) const {
+    CallArguments list(std::forward<Arguments>(arguments)...);
+    return invoke(name, flags, list.data(), list.size());
+  }
+  Variant invoke(const wchar_t* name, WORD flags, VARIANTARG* arguments, UINT count) const;
+
+  ComPtr<IDispatch> target_;
+};
+
+}  // namespace zeq::automation
