@@ -122,7 +122,8 @@ class Registrar {
     result_.ownKeys.push_back(key + L"\\0\\" + thisPlatform);
     add(key, libraryDescription_.help);
     add(key + L"\\0\\" + thisPlatform, modulePath_);
-    add(key + L"\\FLAGS", std::to_wstring(attributes_.wLibFlags));
+    // That the library was loaded from a file is not a property of the library.
+    add(key + L"\\FLAGS", std::to_wstring(attributes_.wLibFlags & ~LIBFLAG_FHASDISKIMAGE));
     add(key + L"\\HELPDIR", modulePath_.substr(0, modulePath_.find_last_of(L'\\')));
     result_.containers.push_back(L"TypeLib\\" + libraryId_);
   }

@@ -1,0 +1,131 @@
+// Use without registration: the manifest that is delivered beside the DLL, for programs that name it as a
+// dependency.
+
+#include <windows.h>
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "support/Component.h"
+#include "support/Process.h"
+#include "support/TempFolder.h"
+#include "support/TypeLibrary.h"
+
+namespace zeq::test {
+namespace {
+
+constexpr const wchar_t* driveProgId = L"ZEQUtility2.CFakeDrive";
+
+std::wstring componentFolder() {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(GetModuleFileNameW(component(), path.data(), static_cast<DWORD>(path.size())));
+  return path.substr(0, path.find_last_of(L'\\'));
+}
+
+/// The manifest of a program that uses the component.
+constexpr const char* clientManifest =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n"
+    "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" manifestVersion=\"1.0\">\r\n"
+    "  <assemblyIdentity type=\"win32\" name=\"Client\" version=\"1.0.0.0\"/>\r\n"
+    "  <dependency><dependentAssembly>\r\n"
+    "    <assemblyIdentity type=\"win32\" name=\"ZEQUtility2\" version=\"1.0.0.0\" "
+    "processorArchitecture=\"*\"/>\r\n"
+    "  </dependentAssembly></dependency>\r\n"
+    "</assembly>\r\n";
+
+/// A folder as an unregistered client has it: the component, its manifest and that of the client.
+class ClientFolder {
+ public:
+  ClientFolder() {
+    for (const wchar_t* name : {L"ZEQUtility2.dll", L"ZEQUtility2.manifest"}) {
+      EXPECT_TRUE(CopyFileW((componentFolder() + L"\\" + name).c_str(), (folder_ / name).c_str(), TRUE));
+    }
+  }
+  /// Writes the manifest of a program that stands in the folder.
+  std::wstring manifestOf(const std::wstring& program) {
+    return folder_.file(program + L".manifest", clientManifest);
+  }
+  [[nodiscard]] const TempFolder& folder() const noexcept { return folder_; }
+
+ private:
+  TempFolder folder_;
+};
+
+class ActivationContext {
+ public:
+  explicit ActivationContext(const std::wstring& manifest) {
+    ACTCTXW context{};
+    context.cbSize = sizeof context;
+    context.lpSource = manifest.c_str();
+    handle_ = CreateActCtxW(&context);
+    EXPECT_NE(handle_, INVALID_HANDLE_VALUE) << GetLastError();
+    EXPECT_TRUE(ActivateActCtx(handle_, &cookie_));
+  }
+  ~ActivationContext() {
+    DeactivateActCtx(0, cookie_);
+    ReleaseActCtx(handle_);
+  }
+  ActivationContext(const ActivationContext&) = delete;
+  ActivationContext& operator=(const ActivationContext&) = delete;
+
+ private:
+  HANDLE handle_;
+  ULONG_PTR cookie_ = 0;
+};
+
+class ActivationTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    using Function = HRESULT(STDAPICALLTYPE*)(BOOL, PCWSTR);
+    const auto install =
+        reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), "DllInstall")));
+    ASSERT_EQ(install(FALSE, nullptr), S_OK);
+    ASSERT_EQ(install(FALSE, L"user"), S_OK);
+    CLSID clsid{};
+    ASSERT_NE(CLSIDFromProgID(driveProgId, &clsid), S_OK) << "still registered";
+  }
+};
+
+TEST_F(ActivationTest, FindsEveryClassThroughTheManifest) {
+  ClientFolder client;
+  {
+    const ActivationContext context(client.manifestOf(L"client.exe"));
+    for (const LibraryType& type : creatableClasses()) {
+      // What stands for the name here is an identifier of the context's own, good for creating the object.
+      CLSID clsid{};
+      ComPtr<IProvideClassInfo> object;
+      ComPtr<ITypeInfo> info;
+      EXPECT_EQ(CLSIDFromProgID((L"ZEQUtility2." + type.name).c_str(), &clsid), S_OK);
+      ASSERT_EQ(
+          CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IProvideClassInfo, object.outVoid()),
+          S_OK);
+      ASSERT_EQ(object->GetClassInfo(info.out()), S_OK);
+      EXPECT_TRUE(IsEqualGUID(describeType(info).guid, type.guid));
+    }
+    ComPtr<_CFakeDrive> drive;
+    ASSERT_EQ(CoCreateInstance(__uuidof(CFakeDrive), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_CFakeDrive),
+                               drive.outVoid()),
+              S_OK);
+    EXPECT_EQ(drive->UseBytes(7), S_OK);
+    EXPECT_EQ(Late(drive).get(L"Delta").get().dblVal, 7);
+    wchar_t* progId = nullptr;
+    ASSERT_EQ(ProgIDFromCLSID(__uuidof(CFakeDrive), &progId), S_OK);
+    EXPECT_EQ(std::wstring(progId), driveProgId);
+    CoTaskMemFree(progId);
+  }
+  CoFreeUnusedLibrariesEx(0, 0);
+}
+
+TEST_F(ActivationTest, ServesAScriptHostWithAManifestBesideIt) {
+  ClientFolder client;
+  const std::wstring host = client.folder() / L"host.exe";
+  ASSERT_TRUE(CopyFileW((systemFolder(ownBits) + L"\\cscript.exe").c_str(), host.c_str(), TRUE));
+  const std::wstring script = client.folder().file(
+      L"find.vbs", "WScript.Quit CreateObject(\"ZEQUtility2.CFakeDrive\").Capacity + 42\r\n");
+  EXPECT_NE(runProgram(quoted(host) + L" //nologo " + quoted(script)), 42U) << "found without a manifest";
+  client.manifestOf(L"host.exe");
+  EXPECT_EQ(runProgram(quoted(host) + L" //nologo " + quoted(script)), 42U);
+}
+
+}  // namespace
+}  // namespace zeq::test

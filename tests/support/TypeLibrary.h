@@ -1,0 +1,53 @@
+#pragma once
+// The built component's type library as an object browser shows it.
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <string>
+#include <vector>
+
+#include "automation/ComPtr.h"
+
+namespace zeq::test {
+
+/// One type of the library: a class, an interface or an enumeration.
+struct LibraryType {
+  automation::ComPtr<ITypeInfo> info;
+  std::wstring name;
+  std::wstring help;
+  GUID guid;
+  TYPEKIND kind;
+  WORD flags;  ///< TYPEFLAG_…
+  WORD functions;
+  WORD variables;
+  WORD implemented;
+};
+
+/// One member of an interface, written as in "function SetMove(src As String, Optional ByRef n As Long = 1)
+/// As Boolean". By-reference arguments that the member only reads are "ByRef const"; the value of a property
+/// put is written like a result.
+struct LibraryMember {
+  std::wstring text;
+  std::wstring name;
+  std::wstring help;
+};
+
+/// The type library that the component's DLL carries.
+[[nodiscard]] automation::ComPtr<ITypeLib> builtTypeLibrary();
+
+/// All its types of a kind, in order. Dual interfaces are of the kind TKIND_DISPATCH.
+[[nodiscard]] std::vector<LibraryType> libraryTypes(TYPEKIND kind);
+
+/// The classes of the library, less those whose code is still to come.
+[[nodiscard]] std::vector<LibraryType> creatableClasses();
+
+[[nodiscard]] LibraryType describeType(const automation::ComPtr<ITypeInfo>& info);
+
+/// The members of an interface or dispinterface, without those of IDispatch.
+[[nodiscard]] std::vector<LibraryMember> membersOf(const LibraryType& type);
+
+/// The members of an enumeration, each written as "name = value".
+[[nodiscard]] std::vector<std::wstring> enumeratorsOf(const LibraryType& type);
+
+}  // namespace zeq::test
