@@ -73,6 +73,7 @@ class World {
 
   Random& random_;
   ObjectSource objectSource_;
+  ObjectSource plainObjects_;
   std::vector<Class> classes_;
   std::vector<Live> live_;
   std::vector<std::unique_ptr<test::Sink>> sinks_;
