@@ -62,7 +62,8 @@ void roundTo(Decimal& number, int decimals) {
   }
 }
 
-/// The digit at a position counted from the decimal separator: 0 is the first one after it, -1 the last before it.
+/// The digit at a position counted from the decimal separator: 0 is the first one after it, -1 the last
+/// before it.
 char digitAt(const Decimal& number, int position) {
   const int index = number.exponent + position;
   const bool inside = index >= 0 && index < static_cast<int>(number.digits.size());

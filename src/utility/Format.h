@@ -6,10 +6,11 @@
 namespace zeq::utility {
 
 /// A number with at least `integerDigits` digits before the decimal separator (padded with zeros) and exactly
-/// `decimals` after it, rounded to nearest with ties away from zero as digit patterns do: the pattern "00000.00" is
-/// formatNumber(value, 5, 2). Negative numbers get a leading minus sign unless they round to zero. Throws
-/// std::overflow_error for a value that is not finite.
-[[nodiscard]] std::wstring formatNumber(double value, int integerDigits, int decimals, wchar_t separator = L'.');
+/// `decimals` after it, rounded to nearest with ties away from zero as digit patterns do: the pattern
+/// "00000.00" is formatNumber(value, 5, 2). Negative numbers get a leading minus sign unless they round to
+/// zero. Throws std::overflow_error for a value that is not finite.
+[[nodiscard]] std::wstring formatNumber(double value, int integerDigits, int decimals,
+                                        wchar_t separator = L'.');
 
 /// The same for whole numbers.
 [[nodiscard]] std::wstring formatInteger(long long value, int digits);
