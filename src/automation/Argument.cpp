@@ -221,6 +221,12 @@ HRESULT Argument::prepareVariantReference(VARIANT& given) noexcept {
     target_ = &given;
     return S_OK;
   }
+  if ((given.vt & VT_ARRAY) != 0) {
+    // What the member does to the elements happens to the client's array.
+    value_.vt = static_cast<VARTYPE>(given.vt | VT_BYREF);
+    value_.pparray = &given.parray;
+    return S_OK;
+  }
   return copy(value_, given);
 }
 

@@ -68,6 +68,10 @@ class FunctionDescription {
   FUNCDESC* description_ = nullptr;
 };
 
+/// The standard type of colours: an unsigned integer that automation passes as a signed one, because the
+/// system's own colours are negative there.
+constexpr GUID colourType{0x66504301, 0xBE0F, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
+
 /// What a type description says once aliases, enumerations and pointers are looked through.
 struct ResolvedType {
   VARTYPE type = VT_EMPTY;
@@ -84,7 +88,8 @@ ResolvedType resolveNamed(ITypeInfo& info, HREFTYPE reference) {
   const TypeAttributes attributes(*named.get());
   switch (attributes->typekind) {
     case TKIND_ALIAS:
-      return resolve(*named, attributes->tdescAlias);
+      return IsEqualGUID(attributes->guid, colourType) ? ResolvedType{.type = VT_I4}
+                                                       : resolve(*named, attributes->tdescAlias);
     case TKIND_ENUM:
       return {.type = VT_I4};
     case TKIND_INTERFACE:

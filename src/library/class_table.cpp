@@ -5,6 +5,10 @@
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
 #include "inifiles/CIniFile.h"
+#include "utility/CRangeMapper.h"
+#include "utility/CStringSplitter.h"
+#include "utility/CZEQUtilityNumerical.h"
+#include "utility/CZEQUtilityStrings.h"
 
 namespace zeq::library {
 namespace {
@@ -21,6 +25,10 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<automation::Collection, ::Collection>(),
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
       entry<inifiles::CIniFile, ::CIniFile>(),
+      entry<utility::CRangeMapper, ::CRangeMapper>(),
+      entry<utility::CStringSplitter, ::CStringSplitter>(),
+      entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
+      entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),
   };
   return table;
 }
