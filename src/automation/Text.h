@@ -42,6 +42,15 @@ class Bstr {
  public:
   Bstr() noexcept = default;
   explicit Bstr(std::wstring_view text) : string_(newBstr(text)) {}
+  /// A text of so many characters, which the caller writes.
+  [[nodiscard]] static Bstr ofLength(std::size_t length) {
+    Bstr result;
+    result.string_ = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    if (result.string_ == nullptr) {
+      throw std::bad_alloc();
+    }
+    return result;
+  }
   Bstr(Bstr&& other) noexcept : string_(std::exchange(other.string_, nullptr)) {}
   Bstr(const Bstr&) = delete;
   Bstr& operator=(Bstr other) noexcept {

@@ -4,6 +4,7 @@
 
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
+#include "filesystem/CZEQFileSystemObject.h"
 #include "inifiles/CIniFile.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
@@ -24,6 +25,7 @@ std::span<const ClassEntry> classTable() noexcept {
   static const std::array table{
       entry<automation::Collection, ::Collection>(),
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
+      entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
       entry<inifiles::CIniFile, ::CIniFile>(),
       entry<utility::CRangeMapper, ::CRangeMapper>(),
       entry<utility::CStringSplitter, ::CStringSplitter>(),

@@ -1,0 +1,39 @@
+#pragma once
+// A collection that a client passes: the library's own, or any automation object with Add, Item, Count and
+// Remove, because hosts bring their own.
+
+#include <windows.h>
+
+#include <optional>
+#include <string_view>
+
+#include "ZEQUtility2.h"
+#include "automation/ComPtr.h"
+#include "automation/NamedCaller.h"
+#include "automation/Variant.h"
+
+namespace zeq::automation {
+
+/// All members throw Error as the collection reports it. They may run client code.
+class CollectionArgument {
+ public:
+  /// Throws object-not-set if the argument holds no object.
+  explicit CollectionArgument(IDispatch* object);
+  explicit CollectionArgument(IDispatch* const* argument)
+      : CollectionArgument(argument != nullptr ? *argument : nullptr) {}
+
+  void add(const Variant& item, std::optional<std::wstring_view> key = std::nullopt);
+
+  [[nodiscard]] long count() const;
+  /// Positions count from 1.
+  [[nodiscard]] Variant item(long position) const;
+  void remove(long position);
+
+ private:
+  void addToForeign(const Variant& item, const Variant& key);
+
+  NamedCaller object_;
+  ComPtr<::_Collection> own_;  ///< The same object, if it is the library's own.
+};
+
+}  // namespace zeq::automation
