@@ -276,7 +276,8 @@ void DispatchTable::addFunction(ITypeInfo& info, const FUNCDESC& description) {
     if ((element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0) {
       function.hasResult = true;
       function.resultType = type.type;
-      function.mayReturnAdapter = type.typed && hasAdapter(type.interfaceId);
+      function.typedResult = type.typed;
+      function.resultInterface = type.interfaceId;
       words += 1;
     } else {
       function.parameters.push_back(parameterOf(element.paramdesc, type));
@@ -470,7 +471,7 @@ HRESULT DispatchTable::invoke(void* object, DISPID id, REFIID reserved, LCID loc
     VariantClear(&returned);
     return outcome;
   }
-  if (function->mayReturnAdapter && returned.punkVal != nullptr) {
+  if (function->typedResult && returned.punkVal != nullptr && hasAdapter(function->resultInterface)) {
     dropAdapter(returned.punkVal);
   }
   if (result != nullptr) {

@@ -43,7 +43,8 @@ class DispatchTable {
     std::vector<Parameter> parameters;  ///< Without the result.
     bool hasResult = false;
     VARTYPE resultType = VT_EMPTY;
-    bool mayReturnAdapter = false;  ///< The result is an object that a client may have implemented by name.
+    bool typedResult = false;  ///< The result is an object of the interface `resultInterface` instead of any.
+    IID resultInterface{};
   };
 
  private:
