@@ -1,10 +1,9 @@
 #include "inifiles/CIniFile.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "platform/CodePage.h"
+#include "platform/LetterCase.h"
 #include "platform/ProfileFiles.h"
+#include "utility/FieldSplitter.h"
 
 namespace zeq::inifiles {
 namespace {
@@ -40,22 +39,6 @@ std::wstring readValue(const std::wstring& file, std::wstring_view section, cons
       return length < size ? platform::fromAnsi(std::string_view(buffer).substr(0, length)) : std::wstring();
     }
   }
-}
-
-/// The names in a list that separates them by NULs, without blanks around them and without empty ones.
-std::vector<std::wstring> namesIn(std::wstring_view list) {
-  std::vector<std::wstring> names;
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find(L'\0'), list.size());
-    std::wstring_view name = list.substr(0, end);
-    list.remove_prefix(std::min(end + 1, list.size()));
-    name.remove_prefix(std::min(name.find_first_not_of(L' '), name.size()));
-    name = name.substr(0, name.find_last_not_of(L' ') + 1);
-    if (!name.empty()) {
-      names.emplace_back(name);
-    }
-  }
-  return names;
 }
 
 }  // namespace
@@ -128,8 +111,11 @@ void CIniFile::readKeys() {
   while (names->size() > 0) {
     names->removeAt(1);
   }
-  for (const std::wstring& name : namesIn(readValue(fileName_, section_, nullptr, {}))) {
-    names->append(Variant(std::wstring_view(name)), name);
+  utility::FieldSplitter splitter(platform::lowerCase);
+  splitter.split(readValue(fileName_, section_, nullptr, {}), std::wstring_view(L"\0", 1), true, false);
+  for (int position = 1; position <= splitter.count(); ++position) {
+    const std::wstring_view name = splitter.field(position);
+    names->append(Variant(name), name);
   }
 }
 

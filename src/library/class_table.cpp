@@ -6,6 +6,8 @@
 #include "fileops/CFakeDrive.h"
 #include "filesystem/CZEQFileSystemObject.h"
 #include "inifiles/CIniFile.h"
+#include "inifiles/CIniFileEx.h"
+#include "inifiles/CVersionInfo.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
@@ -27,6 +29,8 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
       entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
       entry<inifiles::CIniFile, ::CIniFile>(),
+      entry<inifiles::CIniFileEx, ::CIniFileEx>(),
+      entry<inifiles::CVersionInfo, ::CVersionInfo>(),
       entry<utility::CRangeMapper, ::CRangeMapper>(),
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),

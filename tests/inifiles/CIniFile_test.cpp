@@ -16,20 +16,9 @@ using testing::IsEmpty;
 
 constexpr HRESULT duplicateKey = static_cast<HRESULT>(0x800A01C9);
 
-/// By-reference arguments want a variable.
-class Argument {
- public:
-  explicit Argument(std::wstring_view text) : owner_(text), string_(owner_.get()) {}
-  operator BSTR*() { return &string_; }
-
- private:
-  Bstr owner_;
-  BSTR string_;
-};
-
 class CIniFileTest : public testing::Test {
  protected:
-  void open(std::wstring_view path) { ASSERT_EQ(reader->Create(Argument(path)), S_OK); }
+  void open(std::wstring_view path) { ASSERT_EQ(reader->Create(TextArgument(path)), S_OK); }
   void openFile(std::string_view content) {
     file.write(content);
     open(file.path());
@@ -65,8 +54,9 @@ class CIniFileTest : public testing::Test {
   std::wstring getString(std::wstring_view key, std::wstring_view sectionName = {},
                          std::wstring_view fallback = {}) {
     Bstr result;
-    EXPECT_EQ(reader->GetString(Argument(key), Argument(sectionName), Argument(fallback), result.out()),
-              S_OK);
+    EXPECT_EQ(
+        reader->GetString(TextArgument(key), TextArgument(sectionName), TextArgument(fallback), result.out()),
+        S_OK);
     return std::wstring(result.view());
   }
   /// What the system itself reads, converted.
@@ -182,7 +172,7 @@ TEST_F(CIniFileTest, AnotherFileShowsInKeysWithTheNextSection) {
   openFile("[General]\r\na=1\r\n[Other]\r\nx=1\r\n");
   ASSERT_EQ(setSection(L"General"), S_OK);
   const IniText second("[General]\r\nb=2\r\n[Other]\r\ny=2\r\n");
-  ASSERT_EQ(reader->put_FileName(Argument(second.path())), S_OK);
+  ASSERT_EQ(reader->put_FileName(TextArgument(second.path())), S_OK);
   EXPECT_EQ(fileName(), second.path());
   EXPECT_THAT(keys(), ElementsAre(L"a"));
   EXPECT_EQ(getString(L"b"), L"2");
@@ -210,7 +200,7 @@ TEST_F(CIniFileTest, AKeyThatIsListedTwiceIsAnError) {
 
   setSection(L"");
   Bstr result;
-  EXPECT_EQ(reader->GetString(Argument(L"c"), Argument(L"General"), Argument(L""), result.out()),
+  EXPECT_EQ(reader->GetString(TextArgument(L"c"), TextArgument(L"General"), TextArgument(L""), result.out()),
             duplicateKey);
   EXPECT_EQ(result.view(), L"");
 }
@@ -340,7 +330,7 @@ TEST_F(CIniFileTest, TheSystemSeesTextsUpToTheFirstNul) {
 
 TEST_F(CIniFileTest, ReadsAReadOnlyFile) {
   openFile("[General]\r\nName=x\r\n");
-  file.setReadOnly(true);
+  file.setReadOnly();
   EXPECT_EQ(getString(L"Name", L"General"), L"x");
   EXPECT_EQ(file.content(), "[General]\r\nName=x\r\n");
 }

@@ -2,7 +2,6 @@
 // The built component as a client has it: its objects come from the DLL's class factories.
 
 #include <windows.h>
-
 #include <oleauto.h>
 #include <olectl.h>
 
@@ -36,7 +35,8 @@ using automation::Variant;
 template <class Coclass, class Interface>
 [[nodiscard]] ComPtr<Interface> create() {
   ComPtr<Interface> object;
-  automation::check(classFactory(__uuidof(Coclass))->CreateInstance(nullptr, __uuidof(Interface), object.outVoid()));
+  automation::check(
+      classFactory(__uuidof(Coclass))->CreateInstance(nullptr, __uuidof(Interface), object.outVoid()));
   return object;
 }
 
@@ -90,6 +90,26 @@ class Late {
   argument.vt = VT_BYREF | VT_VARIANT;
   argument.pvarVal = &variable.get();
   return argument;
+}
+
+/// A text for a by-reference argument of an early-bound call.
+class TextArgument {
+ public:
+  explicit TextArgument(std::wstring_view text) : string_(automation::newBstr(text)) {}
+  ~TextArgument() { SysFreeString(string_); }
+  TextArgument(const TextArgument&) = delete;
+  TextArgument& operator=(const TextArgument&) = delete;
+  operator BSTR*() noexcept { return &string_; }
+
+ private:
+  BSTR string_;
+};
+
+/// Takes over a string that a call returned.
+[[nodiscard]] inline Bstr owned(BSTR string) noexcept {
+  Bstr result;
+  *result.out() = string;
+  return result;
 }
 
 /// The text of a variant that holds one.

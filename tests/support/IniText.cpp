@@ -40,7 +40,7 @@ IniText::IniText(std::string_view content) {
 }
 
 IniText::~IniText() {
-  setReadOnly(false);
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
   DeleteFileW(path_.c_str());
 }
 
@@ -66,8 +66,17 @@ std::string IniText::content() const {
   return result;
 }
 
-void IniText::setReadOnly(bool readOnly) {
-  SetFileAttributesW(path_.c_str(), readOnly ? FILE_ATTRIBUTE_READONLY : FILE_ATTRIBUTE_NORMAL);
+void IniText::setReadOnly() {
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_READONLY);
+}
+
+std::shared_ptr<void> IniText::denyWriting() const {
+  HANDLE file = CreateFileW(path_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    throw std::runtime_error("the ini file cannot be locked");
+  }
+  return {file, CloseHandle};
 }
 
 std::string IniText::platformValue(const char* section, const char* key, const char* fallback,

@@ -1,6 +1,7 @@
 #pragma once
 // An ini file of a test's own, removed when the test ends, and what the system's own functions say about it.
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -19,7 +20,12 @@ class IniText {
 
   void write(std::string_view content);
   [[nodiscard]] std::string content() const;
-  void setReadOnly(bool readOnly);
+  /// Marks the file read only. That keeps nobody out who may write to any file, as an administrator of the
+  /// machine may.
+  void setReadOnly();
+
+  /// Nobody can write to the file while the result lives.
+  [[nodiscard]] std::shared_ptr<void> denyWriting() const;
 
   /// GetPrivateProfileStringA into a buffer of that size, the whole of what it reports. No key means all key
   /// names.

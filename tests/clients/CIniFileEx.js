@@ -1,0 +1,24 @@
+// A script reads and writes an ini file: late-bound.
+var ini = new ActiveXObject("ZEQUtility2.CIniFileEx");
+ini.file = scratch() + "\\writer.ini";
+ini.section = "General";
+ini.values("Name") = "Alpha";
+ini.values("Size") = 80;
+equal("the file is kept", ini.file, scratch() + "\\writer.ini");
+equal("the section is kept", ini.section, "General");
+equal("a text is read", ini.values("Name"), "Alpha");
+equal("a number is read as text", ini.getValue("Size"), "80");
+equal("getValue answers with the default", ini.getValue("Missing", "x"), "x");
+ini.deleteKey("Size");
+equal("a deleted key is gone", ini.values("Size"), "");
+ini.addSection("New", true);
+equal("adding may set the section", ini.section, "New");
+ini.flush();
+equal("the sections are counted", ini.enumSections(null), 2);
+ini.deleteSection("New");
+equal("a deleted section is gone", ini.enumSections(null), 1);
+ini.writeSection("no array");
+ini.section = "General";
+equal("the keys are counted", ini.enumSectionKeys(null), 1);
+equal("the values are counted", ini.enumSectionValues(null), 1);
+equal("the pairs are counted", ini.enumSectionValuePairs(null), 1);
