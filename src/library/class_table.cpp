@@ -8,6 +8,9 @@
 #include "inifiles/CIniFile.h"
 #include "inifiles/CIniFileEx.h"
 #include "inifiles/CVersionInfo.h"
+#include "settings/CAppOptions.h"
+#include "settings/CAppSetting.h"
+#include "settings/CAppSettings.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
@@ -31,6 +34,9 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<inifiles::CIniFile, ::CIniFile>(),
       entry<inifiles::CIniFileEx, ::CIniFileEx>(),
       entry<inifiles::CVersionInfo, ::CVersionInfo>(),
+      entry<settings::CAppSetting, ::CAppSetting>(),
+      entry<settings::CAppSettings, ::CAppSettings>(),
+      entry<settings::CAppOptions, ::CAppOptions>(),
       entry<utility::CRangeMapper, ::CRangeMapper>(),
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),

@@ -26,4 +26,19 @@ bool writeProfileSection(const char* section, const std::string& lines, const ch
   return WritePrivateProfileSectionA(section, lines.c_str(), file) != FALSE;
 }
 
+bool normalFileExists(const std::string& name) noexcept {
+  constexpr DWORD notNormal = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  WIN32_FIND_DATAA found{};
+  HANDLE search = FindFirstFileA(name.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) {
+    return false;
+  }
+  bool isNormal = false;
+  do {
+    isNormal = (found.dwFileAttributes & notNormal) == 0;
+  } while (!isNormal && FindNextFileA(search, &found) != FALSE);
+  FindClose(search);
+  return isNormal;
+}
+
 }  // namespace zeq::platform

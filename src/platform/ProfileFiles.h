@@ -27,4 +27,7 @@ bool writeProfileString(const char* section, const char* key, const char* value,
 /// Replaces the content of a section by lines, each followed by a NUL, and one more NUL.
 bool writeProfileSection(const char* section, const std::string& lines, const char* file) noexcept;
 
+/// True if a directory search for the name finds a file that is neither hidden nor a system file.
+[[nodiscard]] bool normalFileExists(const std::string& name) noexcept;
+
 }  // namespace zeq::platform

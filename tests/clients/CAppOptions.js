@@ -1,0 +1,22 @@
+// A script keeps options in an ini file: late-bound.
+var files = new ActiveXObject("Scripting.FileSystemObject");
+var path = scratch() + "\\options.ini";
+files.CreateTextFile(path, true).Close();
+var options = new ActiveXObject("ZEQUtility2.CAppOptions");
+options.Hive = path;
+options.RootKey = "Tools";
+equal("the hive is kept", options.Hive, path);
+equal("the root key is kept", options.RootKey, "Tools");
+equal("AutoSave is on", options.AutoSave, true);
+options.WriteSetting("Editor", "Width", 80);
+equal("a read sees the store", options.ReadSetting("Editor", "Width"), "80");
+equal("as string", options.ReadSettingString("Editor", "Width"), "80");
+equal("as boolean", options.ReadSettingBoolean("Editor", "Width"), true);
+equal("as 16-bit integer", options.ReadSettingInteger("Editor", "Width"), 80);
+equal("as 32-bit integer", options.ReadSettingLong("Editor", "Width"), 80);
+equal("as single", options.ReadSettingSingle("Editor", "Width"), 80);
+equal("as double", options.ReadSettingDouble("Editor", "Width"), 80);
+equal("a group reads the same store", options.Group("Editor").ReadSetting("Width"), "80");
+options.Save();
+options.Clear();
+equal("the options describe themselves", options.AsString(), path + " \\Tools");

@@ -1,0 +1,22 @@
+// A script keeps a group of settings without a store: late-bound.
+var group = new ActiveXObject("ZEQUtility2.CAppSettings");
+group.SubKey = "Editor";
+group.RootKey = "Tools";
+group.Hive = "C:\\no such folder\\x.ini";
+group.AutoSave = false;
+equal("AutoSave is off", group.AutoSave, false);
+equal("the hive is kept", group.Hive, "C:\\no such folder\\x.ini");
+equal("the root key is kept", group.RootKey, "Tools");
+equal("the group's key is kept", group.SubKey, "Editor");
+group.WriteSetting("Width", 80);
+equal("a value is cached", group.ReadSetting("Width"), 80);
+equal("a missing setting is its default", group.ReadSetting("Height", 25), 25);
+equal("as string", group.ReadSettingString("Width"), "80");
+equal("as boolean", group.ReadSettingBoolean("Width"), true);
+equal("as 16-bit integer", group.ReadSettingInteger("Width"), 80);
+equal("as 32-bit integer", group.ReadSettingLong("Width"), 80);
+equal("as single", group.ReadSettingSingle("Width"), 80);
+equal("as double", group.ReadSettingDouble("None", 2.5), 2.5);
+group.Clear();
+group.Save();
+equal("a group describes itself", group.AsString(), "Group: Editor\r\n    [None] 2.5");
