@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "audit/CZEQAudit.h"
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
 #include "filesystem/CZEQFileSystemObject.h"
@@ -11,6 +12,8 @@
 #include "settings/CAppOptions.h"
 #include "settings/CAppSetting.h"
 #include "settings/CAppSettings.h"
+#include "observe/CObservableClass.h"
+#include "observe/CReferenceCounter.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
@@ -41,6 +44,9 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
       entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),
+      entry<audit::CZEQAudit, ::CZEQAudit>(),
+      entry<observe::CObservableClass, ::CObservableClass>(),
+      entry<observe::CReferenceCounter, ::CReferenceCounter>(),
   };
   return table;
 }
