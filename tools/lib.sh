@@ -16,9 +16,10 @@ die() {
 }
 
 # use_prefix NAME: makes the Wine prefix build/prefix-NAME (both bitnesses) if it is not there, and selects it. Windows
-# are created without a display, so that message boxes and the shell's dialogs work on a machine that has none.
+# are created without a display, so that message boxes and the shell's dialogs work on a machine that has none. The help
+# viewer beside a test program goes before Wine's own, as the one beside a program does on Windows.
 use_prefix() {
-  export WINEPREFIX=$build/prefix-$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+  export WINEPREFIX=$build/prefix-$1 WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="hhctrl.ocx=n,b;mscoree,mshtml=;winemenubuilder.exe=d"
   unset WINEARCH DISPLAY
   if [ ! -f "$WINEPREFIX/ready" ]; then
     say "making the Windows environment $1 (once)"

@@ -219,7 +219,9 @@ Parameter parameterOf(const PARAMDESC& description, const ResolvedType& type) {
   if ((description.wParamFlags & PARAMFLAG_FHASDEFAULT) != 0) {
     parameter.optional = true;
     const VARIANT& given = description.pparamdescex->varDefaultValue;
-    if (type.type == VT_VARIANT) {
+    if (type.type == VT_DISPATCH || type.type == VT_UNKNOWN) {
+      parameter.defaultValue = neutralValue(type.type);  // The description can only say Nothing.
+    } else if (type.type == VT_VARIANT) {
       parameter.defaultValue = Variant(given);
     } else {
       check(changeType(parameter.defaultValue.get(), given, type.type, LOCALE_INVARIANT));

@@ -6,6 +6,9 @@
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
 #include "filesystem/CZEQFileSystemObject.h"
+#include "automation/Adapter.h"
+#include "help/CWinHelp.h"
+#include "help/HelpProviderAdapter.h"
 #include "inifiles/CIniFile.h"
 #include "inifiles/CIniFileEx.h"
 #include "inifiles/CVersionInfo.h"
@@ -18,6 +21,9 @@
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
 #include "utility/CZEQUtilityStrings.h"
+#include "wizard/CWizard.h"
+#include "wizard/CWizardStepDetails.h"
+#include "wizard/StepAdapter.h"
 
 namespace zeq::library {
 namespace {
@@ -47,8 +53,16 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<audit::CZEQAudit, ::CZEQAudit>(),
       entry<observe::CObservableClass, ::CObservableClass>(),
       entry<observe::CReferenceCounter, ::CReferenceCounter>(),
+      entry<help::CWinHelp, ::CWinHelp>(),
+      entry<wizard::CWizard, ::CWizard>(),
+      entry<wizard::CWizardStepDetails, ::CWizardStepDetails>(),
   };
   return table;
+}
+
+void registerAdapters() {
+  automation::registerAdapter<help::HelpProviderAdapter>();
+  automation::registerAdapter<wizard::StepAdapter>();
 }
 
 }  // namespace zeq::library

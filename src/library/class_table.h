@@ -14,4 +14,8 @@ struct ClassEntry {
 
 [[nodiscard]] std::span<const ClassEntry> classTable() noexcept;
 
+/// Lets clients pass objects that answer only by name where the library calls an interface. Called once, when
+/// the component is loaded.
+void registerAdapters();
+
 }  // namespace zeq::library

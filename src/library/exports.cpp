@@ -1,7 +1,6 @@
 // The entry points of the component, and its class factory.
 
 #include <windows.h>
-
 #include <objbase.h>
 #include <unknwn.h>
 
@@ -33,7 +32,9 @@ class ClassFactory final : public IClassFactory {
     AddRef();
     return S_OK;
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override {
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
+  }
   STDMETHODIMP_(ULONG) Release() noexcept override {
     const LONG left = InterlockedDecrement(&references_);
     if (left == 0) {
@@ -77,8 +78,8 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
   }
   *object = nullptr;
   const auto table = library::classTable();
-  const auto found =
-      std::find_if(table.begin(), table.end(), [&](const auto& entry) { return IsEqualCLSID(entry.clsid, clsid); });
+  const auto found = std::find_if(table.begin(), table.end(),
+                                  [&](const auto& entry) { return IsEqualCLSID(entry.clsid, clsid); });
   if (found == table.end()) {
     return CLASS_E_CLASSNOTAVAILABLE;
   }
@@ -91,11 +92,17 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
   return result;
 }
 
-STDAPI DllCanUnloadNow() { return automation::ModuleLock::count() == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+  return automation::ModuleLock::count() == 0 ? S_OK : S_FALSE;
+}
 
-STDAPI DllRegisterServer() { return library::registerComponent(library::Scope::machine); }
+STDAPI DllRegisterServer() {
+  return library::registerComponent(library::Scope::machine);
+}
 
-STDAPI DllUnregisterServer() { return library::unregisterComponent(library::Scope::machine); }
+STDAPI DllUnregisterServer() {
+  return library::unregisterComponent(library::Scope::machine);
+}
 
 /// regsvr32 /n /i[:user] ZEQUtility2.dll; with /u to unregister. Without "user" it registers for everybody.
 STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
@@ -112,6 +119,11 @@ STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds) {
   if (reason == DLL_PROCESS_ATTACH) {
     DisableThreadLibraryCalls(module);
+    try {
+      library::registerAdapters();
+    } catch (...) {
+      return FALSE;  // Out of memory.
+    }
   } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
     automation::releaseTypeLibrary();
   }
