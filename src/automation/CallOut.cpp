@@ -23,7 +23,7 @@ Error CallException::error(HRESULT outcome) {
   }
   // An exception carries an HRESULT or, from old clients, an error number.
   const HRESULT code = FAILED(info_.scode) ? info_.scode : codeOf(static_cast<ErrorNumber>(info_.wCode));
-  return Error(code, std::wstring(text(info_.bstrDescription)));
+  return {code, std::wstring(text(info_.bstrDescription))};
 }
 
 }  // namespace zeq::automation

@@ -85,7 +85,7 @@ ResolvedType resolve(ITypeInfo& info, const TYPEDESC& description);
 ResolvedType resolveNamed(ITypeInfo& info, HREFTYPE reference) {
   ComPtr<ITypeInfo> named;
   check(info.GetRefTypeInfo(reference, named.out()));
-  const TypeAttributes attributes(*named.get());
+  const TypeAttributes attributes(*named);
   switch (attributes->typekind) {
     case TKIND_ALIAS:
       return IsEqualGUID(attributes->guid, colourType) ? ResolvedType{.type = VT_I4}
@@ -255,10 +255,10 @@ DispatchTable::DispatchTable(const ComPtr<ITypeInfo>& dual) {
   if (SUCCEEDED(dual->GetRefTypeOfImplType(static_cast<UINT>(-1), &vtableSide))) {
     check(dual->GetRefTypeInfo(vtableSide, info.out()));
   }
-  const UINT count = TypeAttributes(*info.get())->cFuncs;
+  const UINT count = TypeAttributes(*info)->cFuncs;
   functions_.reserve(count);
   for (UINT i = 0; i < count; ++i) {
-    addFunction(*info.get(), *FunctionDescription(*info.get(), i));
+    addFunction(*info, *FunctionDescription(*info, i));
   }
   index();
 }

@@ -62,15 +62,15 @@ class ConnectionPoint final : public IConnectionPoint {
 template <class Source>
 class EventSource : public IConnectionPointContainer {
  public:
+  EventSource(const EventSource&) = delete;
+  EventSource& operator=(const EventSource&) = delete;
+
   STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) noexcept override;
   STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override;
 
  protected:
   EventSource() noexcept : point_(*this, __uuidof(Source)) {}
   ~EventSource() = default;
-  EventSource(const EventSource&) = delete;
-  EventSource& operator=(const EventSource&) = delete;
-
   [[nodiscard]] bool hasSinks() const noexcept { return point_.hasSinks(); }
 
   /// Raises an event; its arguments are given in declaration order. See CallArgument for what can be passed.

@@ -17,7 +17,8 @@ struct Transfer {
   HWND owner = nullptr;  ///< Owns the shell's dialogs; null for none.
 };
 
-/// SHFileOperationA on one file (FOF_FILESONLY), confirmations left to the shell. Blocks until its dialogs close.
+/// SHFileOperationA on one file (FOF_FILESONLY), confirmations left to the shell. Blocks until its dialogs
+/// close.
 [[nodiscard]] TransferResult transferFile(const Transfer& transfer);
 
 }  // namespace zeq::platform

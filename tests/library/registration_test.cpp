@@ -92,7 +92,7 @@ std::set<std::wstring> registeredNames(HKEY root) {
 /// The parts of the registry that a registration may touch, as they were.
 class Registry {
  public:
-  explicit Registry(std::vector<HKEY> roots) {
+  explicit Registry(const std::vector<HKEY>& roots) {
     for (HKEY root : roots) {
       before_.push_back({root, registrySnapshot(root, classesPath)});
     }

@@ -43,7 +43,9 @@ class SinkObject final : public IDispatch {
     return S_OK;
   }
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return DISP_E_UNKNOWNNAME; }
+  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override {
+    return DISP_E_UNKNOWNNAME;
+  }
   STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
     std::vector<VARIANT*> arguments;
@@ -126,7 +128,9 @@ Sink::Sink(IUnknown* source, REFIID events, Handler handler) {
   automation::check(point_->Advise(sink.get(), &cookie_));
 }
 
-Sink::~Sink() { disconnect(); }
+Sink::~Sink() {
+  disconnect();
+}
 
 void Sink::disconnect() {
   if (cookie_ != 0) {

@@ -1,9 +1,7 @@
 // The test programs' entry point: the tests run in a single-threaded apartment, as the library's clients do.
 
-#include <gmock/gmock.h>
-
 #include <windows.h>
-
+#include <gmock/gmock.h>
 #include <objbase.h>
 
 int main(int argc, char** argv) {
