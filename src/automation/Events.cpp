@@ -23,6 +23,36 @@ struct PointElement {
   void copyTo(IConnectionPoint*& out) const noexcept { out = ComPtr<IConnectionPoint>(point).detach(); }
 };
 
+/// The by-reference object among the arguments of an event (there is one at most). Every sink finds the
+/// object that the event is about; what a sink puts in its place is released again.
+class ObjectVariable {
+ public:
+  ObjectVariable(const VARIANTARG* arguments, UINT count) noexcept {
+    const auto* found = std::find_if(arguments, arguments + count, [](const VARIANTARG& each) {
+      return each.vt == (VT_BYREF | VT_DISPATCH);
+    });
+    if (found != arguments + count) {
+      variable_ = found->ppdispVal;
+      object_ = ComPtr<IDispatch>(*variable_);
+    }
+  }
+
+  void beforeSink() noexcept {
+    if (variable_ != nullptr) {
+      *variable_ = ComPtr<IDispatch>(object_).detach();
+    }
+  }
+  void afterSink() noexcept {
+    if (variable_ != nullptr) {
+      ComPtr<IDispatch>::attach(std::exchange(*variable_, object_.get())).reset();
+    }
+  }
+
+ private:
+  IDispatch** variable_ = nullptr;
+  ComPtr<IDispatch> object_;
+};
+
 }  // namespace
 
 ConnectionPoint::~ConnectionPoint() {
@@ -136,14 +166,17 @@ void ConnectionPoint::raise(DISPID event, VARIANTARG* arguments, UINT count) noe
   }
   const ComPtr<IConnectionPointContainer> alive(
       &owner_);  // A sink may release the object that raises the event.
+  ObjectVariable object(arguments, count);
   for (const Sink& sink : *sinks) {
     if (sinks != sinks_ && !isConnected(sink.cookie)) {
       continue;
     }
     DISPPARAMS parameters{arguments, nullptr, count, 0};
     CallException exception;
+    object.beforeSink();
     static_cast<void>(sink.dispatch->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                             &parameters, nullptr, exception.out(), nullptr));
+    object.afterSink();
   }
 }
 

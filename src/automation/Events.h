@@ -2,7 +2,8 @@
 // Event sources: connection points that raise the events of a dispinterface on every connected sink.
 //
 // Events are raised synchronously. A sink that fails is passed over; a sink that disconnects while an event
-// is being raised gets no further call; a by-reference argument is one variable that all sinks see in turn.
+// is being raised gets no further call; a by-reference argument is one variable that all sinks see in turn,
+// but an object by reference comes to every sink anew, and what a sink assigns to it is released.
 
 #include <windows.h>
 #include <oleauto.h>
