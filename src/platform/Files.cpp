@@ -25,6 +25,16 @@ DWORD attributesOf(const wchar_t* path) noexcept {
   }
 }
 
+/// What there is at a path; otherwise nothing, and GetLastError tells why.
+std::optional<FileInfo> query(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(NativePath(path).get(), GetFileExInfoStandard, &data) == FALSE) {
+    return std::nullopt;
+  }
+  return FileInfo{joined(data.nFileSizeHigh, data.nFileSizeLow), data.dwFileAttributes, data.ftCreationTime,
+                  data.ftLastWriteTime};
+}
+
 constexpr bool isLetter(wchar_t character) noexcept {
   return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z');
 }
@@ -99,16 +109,23 @@ bool driveExists(std::wstring_view drive) noexcept {
 }
 
 FileInfo fileInfo(const std::wstring& path) {
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (GetFileAttributesExW(NativePath(path).get(), GetFileExInfoStandard, &data) == FALSE) {
+  const auto found = query(path);
+  if (!found) {
     const DWORD error = GetLastError();
     fail(error == ERROR_PATH_NOT_FOUND ? ERROR_FILE_NOT_FOUND : error);
   }
-  if (isFolder(data.dwFileAttributes)) {
+  if (isFolder(found->attributes)) {
     fail(ERROR_FILE_NOT_FOUND);
   }
-  return {joined(data.nFileSizeHigh, data.nFileSizeLow), data.dwFileAttributes, data.ftCreationTime,
-          data.ftLastWriteTime};
+  return *found;
+}
+
+std::optional<FileInfo> lookUp(const std::wstring& path) noexcept {
+  try {
+    return query(path);
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
 }
 
 std::uint64_t folderSize(const std::wstring& path) {

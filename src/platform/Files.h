@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,7 +22,7 @@ namespace zeq::platform {
 /// medium.
 [[nodiscard]] bool driveExists(std::wstring_view drive) noexcept;
 
-/// What the file system says of one file.
+/// What the file system says of one file or folder.
 struct FileInfo {
   std::uint64_t size = 0;
   DWORD attributes = 0;  ///< FILE_ATTRIBUTE_…
@@ -30,6 +31,8 @@ struct FileInfo {
 };
 /// Throws ERROR_FILE_NOT_FOUND if there is no file (a folder is none).
 [[nodiscard]] FileInfo fileInfo(const std::wstring& path);
+/// The file or the folder (see its attributes) at a path, in one query; nothing where there is neither.
+[[nodiscard]] std::optional<FileInfo> lookUp(const std::wstring& path) noexcept;
 
 /// The total size of all files in a folder and its subfolders; links to other folders are not followed.
 /// Throws if there is no such folder or one of its subfolders cannot be read.

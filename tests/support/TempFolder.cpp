@@ -92,18 +92,23 @@ void remove(const std::wstring& folder) {
   }
 }
 
-}  // namespace
-
-TempFolder::TempFolder() {
+std::wstring temporaryFolder() {
   std::array<wchar_t, MAX_PATH + 1> buffer{};
   GetTempPathW(static_cast<DWORD>(buffer.size()), buffer.data());
   std::array<wchar_t, MAX_PATH + 1> longForm{};
-  GetLongPathNameW(buffer.data(), longForm.data(), static_cast<DWORD>(longForm.size()));
+  const DWORD length = GetLongPathNameW(buffer.data(), longForm.data(), static_cast<DWORD>(longForm.size()));
+  return {longForm.data(), length - 1};  // Without the separator at the end.
+}
+
+}  // namespace
+
+TempFolder::TempFolder() : TempFolder(temporaryFolder()) {}
+
+TempFolder::TempFolder(const std::wstring& parent) {
   static LONG count = 0;
   do {
-    path_ = longForm.data();
-    path_ += L"zeq" + std::to_wstring(GetCurrentProcessId()) + L"_" +
-             std::to_wstring(InterlockedIncrement(&count));
+    path_ = parent + L"\\zeq" + std::to_wstring(GetCurrentProcessId()) + L"_" +
+            std::to_wstring(InterlockedIncrement(&count));
   } while (CreateDirectoryW(path_.c_str(), nullptr) == FALSE && GetLastError() == ERROR_ALREADY_EXISTS);
   if (!exists(path_)) {
     throw std::runtime_error("cannot make a folder for the test");

@@ -10,7 +10,10 @@ namespace zeq::test {
 
 class TempFolder {
  public:
+  /// In the folder for temporary files.
   TempFolder();
+  /// In another folder.
+  explicit TempFolder(const std::wstring& parent);
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
