@@ -76,9 +76,12 @@ STDMETHODIMP CFakeDrive::get_AsString(BSTR* result) noexcept {
       double bytes;
     };
     const std::array values{
-        Labelled{L"Capacity: ", usage_.capacity()},         Labelled{L"FreeSpace: ", usage_.freeSpace()},
-        Labelled{L"Delta: ", usage_.delta()},               Labelled{L"LowTide: ", usage_.lowTide()},
-        Labelled{L"LowTideDelta: ", usage_.lowTideDelta()}, Labelled{L"HighTide: ", usage_.highTide()},
+        Labelled{L"Capacity: ", usage_.capacity()},
+        Labelled{L"FreeSpace: ", usage_.freeSpace()},
+        Labelled{L"Delta: ", usage_.delta()},
+        Labelled{L"LowTide: ", usage_.lowTide()},
+        Labelled{L"LowTideDelta: ", usage_.lowTideDelta()},
+        Labelled{L"HighTide: ", usage_.highTide()},
         Labelled{L"HighTideDelta: ", usage_.highTideDelta()},
     };
     constexpr double mebibyte = 1048576;

@@ -1,5 +1,6 @@
 #pragma once
-// One simulated drive: what a batch of simulated operations would do to the space on it. All quantities are bytes.
+// One simulated drive: what a batch of simulated operations would do to the space on it. All quantities are
+// bytes.
 
 #include <string>
 

@@ -15,19 +15,33 @@ double finite(double value) {
 
 }  // namespace
 
-void DriveUsage::use(double bytes) { moveTo(finite(delta_ + bytes)); }
+void DriveUsage::use(double bytes) {
+  moveTo(finite(delta_ + bytes));
+}
 
-void DriveUsage::free(double bytes) { moveTo(finite(delta_ - bytes)); }
+void DriveUsage::free(double bytes) {
+  moveTo(finite(delta_ - bytes));
+}
 
-double DriveUsage::spaceUsed() const { return finite(baseSpaceUsed_ + delta_); }
+double DriveUsage::spaceUsed() const {
+  return finite(baseSpaceUsed_ + delta_);
+}
 
-double DriveUsage::freeSpace() const { return finite(capacity_ - spaceUsed()); }
+double DriveUsage::freeSpace() const {
+  return finite(capacity_ - spaceUsed());
+}
 
-double DriveUsage::lowTide() const { return finite(baseSpaceUsed_ + lowTideDelta_); }
+double DriveUsage::lowTide() const {
+  return finite(baseSpaceUsed_ + lowTideDelta_);
+}
 
-double DriveUsage::highTide() const { return finite(baseSpaceUsed_ + highTideDelta_); }
+double DriveUsage::highTide() const {
+  return finite(baseSpaceUsed_ + highTideDelta_);
+}
 
-bool DriveUsage::tooFull() const { return finite(capacity_ - safetyMargin_) < highTide(); }
+bool DriveUsage::tooFull() const {
+  return finite(capacity_ - safetyMargin_) < highTide();
+}
 
 void DriveUsage::setCapacity(double bytes) noexcept {
   capacity_ = bytes;

@@ -1,5 +1,6 @@
 #pragma once
-// The arithmetic of a simulated drive: a base, a running balance and its low and high tides. All quantities are bytes.
+// The arithmetic of a simulated drive: a base, a running balance and its low and high tides. All quantities
+// are bytes.
 
 namespace zeq::fileops {
 
