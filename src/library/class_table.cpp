@@ -9,6 +9,8 @@
 #include "automation/Adapter.h"
 #include "help/CWinHelp.h"
 #include "help/HelpProviderAdapter.h"
+#include "fileops/CFileOperation.h"
+#include "fileops/CFileOperationBatch.h"
 #include "inifiles/CIniFile.h"
 #include "inifiles/CIniFileEx.h"
 #include "inifiles/CVersionInfo.h"
@@ -40,6 +42,8 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<automation::Collection, ::Collection>(),
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
       entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
+      entry<fileops::CFileOperation, ::CFileOperation>(),
+      entry<fileops::CFileOperationBatch, ::CFileOperationBatch>(),
       entry<inifiles::CIniFile, ::CIniFile>(),
       entry<inifiles::CIniFileEx, ::CIniFileEx>(),
       entry<inifiles::CVersionInfo, ::CVersionInfo>(),
