@@ -1,12 +1,12 @@
-// Copies a folder with all that is in it, with ZEQUtility2 used early-bound: a plan, a dry run that shows the tide
-// marks of the drives, the copy with a progress bar that the library's events draw, and a comparison of both sides.
+// Copies a folder with all that is in it, with ZEQUtility2 used early-bound: a plan, a dry run that shows the
+// tide marks of the drives, the copy with a progress bar that the library's events draw, and a comparison of
+// both sides.
 //
 //   batch_copy SOURCE-FOLDER DESTINATION-FOLDER
 //
 // All that it needs of the library is ZEQUtility2.h and the registered DLL.
 
 #include <windows.h>
-
 #include <olectl.h>
 
 #include <algorithm>
@@ -109,7 +109,8 @@ class Progress final : public IDispatch {
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
 
-  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override {
+  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
     constexpr DISPID executedOperation = 4;  // ExecutedOperation(op, success, wasCancelled, description)
     if (event == executedOperation) {
       const VARIANT* list = arguments->rgvarg;  // The last argument comes first.
@@ -124,7 +125,8 @@ class Progress final : public IDispatch {
     const long percent = done_ * 100 / taskCount_;
     if (percent != shownPercent_) {
       shownPercent_ = percent;
-      std::printf("\r  %s %3ld %%", bar(static_cast<double>(done_), static_cast<double>(taskCount_), 50).c_str(), percent);
+      std::printf("\r  %s %3ld %%",
+                  bar(static_cast<double>(done_), static_cast<double>(taskCount_), 50).c_str(), percent);
       std::fflush(stdout);
     }
     if (!success) {
@@ -143,7 +145,8 @@ class Connection {
   Connection(IUnknown* source, IDispatch* sink) {
     Com<IConnectionPointContainer> container;
     check(source->QueryInterface(IID_IConnectionPointContainer, container.outVoid()), "asking for events");
-    check(container->FindConnectionPoint(__uuidof(__CFileOperationBatch), point_.out()), "finding the events");
+    check(container->FindConnectionPoint(__uuidof(__CFileOperationBatch), point_.out()),
+          "finding the events");
     check(point_->Advise(sink, &cookie_), "connecting to the events");
   }
   ~Connection() { point_->Unadvise(cookie_); }
@@ -171,7 +174,8 @@ void planFolder(_CFileOperationBatch& batch, const fs::path& source, const fs::p
       continue;
     }
     Com<_CFileOperation> task;
-    check(batch.AddCopy(Text(entry.path().wstring()).get(), Text(copy.wstring()).get(), ovrtNo, ptypFile, task.out()),
+    check(batch.AddCopy(Text(entry.path().wstring()).get(), Text(copy.wstring()).get(), ovrtNo, ptypFile,
+                        task.out()),
           "planning a copy");
     ++plan.files;
     plan.bytes += static_cast<double>(entry.file_size());
@@ -230,10 +234,12 @@ bool showDrives(_CFileOperationBatch& batch, double& bytesNeeded) {
   return haveRoom;
 }
 
-/// The same bytes on a drive that is too small for them: an imagined one, because a real one is rarely at hand.
+/// The same bytes on a drive that is too small for them: an imagined one, because a real one is rarely at
+/// hand.
 void showTooSmallDrive(double bytesNeeded) {
   Com<_CFakeDrive> drive;
-  check(CoCreateInstance(__uuidof(CFakeDrive), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_CFakeDrive), drive.outVoid()),
+  check(CoCreateInstance(__uuidof(CFakeDrive), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_CFakeDrive),
+                         drive.outVoid()),
         "creating a simulated drive");
   check(drive->put_Name(Text(L"an imagined drive").get()), "Name");
   check(drive->put_Capacity(bytesNeeded / 2), "Capacity");
@@ -265,8 +271,8 @@ long countDifferences(const fs::path& source, const fs::path& target) {
 
 int copyFolder(const fs::path& source, const fs::path& target) {
   Com<_CFileOperationBatch> batch;
-  check(CoCreateInstance(__uuidof(CFileOperationBatch), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_CFileOperationBatch),
-                         batch.outVoid()),
+  check(CoCreateInstance(__uuidof(CFileOperationBatch), nullptr, CLSCTX_INPROC_SERVER,
+                         __uuidof(_CFileOperationBatch), batch.outVoid()),
         "creating a batch (is ZEQUtility2.dll registered?)");
 
   Plan plan;
@@ -275,7 +281,8 @@ int copyFolder(const fs::path& source, const fs::path& target) {
   long taskCount = 0;
   check(batch->get_Tasks(tasks.out()), "Tasks");
   check(tasks->get_Count(&taskCount), "Count");
-  std::printf("Planned %ld operations: %ld files, %s.\n", taskCount, plan.files, sizeText(plan.bytes).c_str());
+  std::printf("Planned %ld operations: %ld files, %s.\n", taskCount, plan.files,
+              sizeText(plan.bytes).c_str());
 
   std::printf("Dry run:\n");
   Progress dryProgress(taskCount);

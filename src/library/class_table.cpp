@@ -11,6 +11,7 @@
 #include "help/HelpProviderAdapter.h"
 #include "fileops/CFileOperation.h"
 #include "fileops/CFileOperationBatch.h"
+#include "filesystem/CZEQFileSystemObject.h"
 #include "inifiles/CIniFile.h"
 #include "inifiles/CIniFileEx.h"
 #include "inifiles/CVersionInfo.h"
@@ -41,9 +42,9 @@ std::span<const ClassEntry> classTable() noexcept {
   static const std::array table{
       entry<automation::Collection, ::Collection>(),
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
-      entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
       entry<fileops::CFileOperation, ::CFileOperation>(),
       entry<fileops::CFileOperationBatch, ::CFileOperationBatch>(),
+      entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
       entry<inifiles::CIniFile, ::CIniFile>(),
       entry<inifiles::CIniFileEx, ::CIniFileEx>(),
       entry<inifiles::CVersionInfo, ::CVersionInfo>(),
