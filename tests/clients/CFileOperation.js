@@ -3,7 +3,7 @@ var fso = new ActiveXObject("Scripting.FileSystemObject");
 var op = new ActiveXObject("ZEQUtility2.CFileOperation");
 var folder = scratch();
 
-equal("a new operation is not set up", op.AsString(), "### Operation Uninitialised ###");
+equal("a new operation is not set up", op.AsString, "### Operation Uninitialised ###");
 equal("its type", op.OpType, 0);
 equal("its state", op.State, 1);
 equal("its overwrite policy", op.Overwrite, 1);
@@ -15,7 +15,7 @@ equal("its progress", op.PercentComplete, 0);
 equal("it is not simulating", op.Simulating, false);
 
 equal("a move is accepted", op.SetMove("C:\\a.txt", "D:\\b.txt"), true);
-equal("a move describes itself", op.AsString(),
+equal("a move describes itself", op.AsString,
       "Moving C:\\a.txt to D:\\b.txt [Don't overwrite] CurrentState: Not started");
 equal("in short", op.AsString(false), "Moving C:\\a.txt to D:\\b.txt ");
 equal("a copy is accepted", op.SetCopy("C:\\a.txt", "D:\\b.txt", 3, 1), true);
@@ -33,7 +33,7 @@ op.DeleteNonEmptyFolder = 3;
 op.ParameterType = 1;
 op.State = 4;
 op.StatusHWnd = 0;
-equal("properties can be set", op.AsString(), "Moving file D:\\b.txt to  [Overwrite] CurrentState: Cancelled");
+equal("properties can be set", op.AsString, "Moving file D:\\b.txt to  [Overwrite] CurrentState: Cancelled");
 equal("a finished operation is complete", op.PercentComplete, 100);
 equal("the other properties come back", "" + op.OverRideReadOnly + op.DeleteNonEmptyFolder, "true3");
 equal("states have words", op.StateAsString(5, true), "Completed unsucessfully");

@@ -19,7 +19,7 @@ batch.AddCreate(target + "\\a.txt", 1, 1);
 batch.AddCopy(target + "\\a.txt", target + "\\b.txt");
 batch.AddMove(target + "\\b.txt", target + "\\c.txt", 2, 1);
 batch.AddDelete(target + "\\a.txt");
-equal("a plain task", batch.Add().AsString(), "### Operation Uninitialised ###");
+equal("a plain task", batch.Add().AsString, "### Operation Uninitialised ###");
 batch.Tasks.Remove(6);
 equal("five tasks are left", batch.Tasks.Count, 5);
 equal("the description", batch.AsString(false).split("\r\n")[2], "Creating folder " + target + " ");
