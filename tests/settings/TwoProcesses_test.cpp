@@ -77,7 +77,7 @@ void runWriters(const std::wstring& hive, const std::wstring& root) {
   std::wstring self(MAX_PATH, L'\0');
   self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
   const auto run = [&](const wchar_t* writer) {
-    return runProgram(quoted(self) +
+    return runProgram(test::quoted(self) +
                       L" --gtest_also_run_disabled_tests --gtest_filter=TwoProcessesTest.DISABLED_" + writer);
   };
   DWORD first = 1;
