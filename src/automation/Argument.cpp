@@ -17,62 +17,6 @@ bool isPlain(VARTYPE type) noexcept {
   return type != VT_BSTR && !isObjectType(type);
 }
 
-/// The type of the variable that a reference refers to.
-VARTYPE referredType(const VARIANT& reference) noexcept {
-  return static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
-}
-
-/// How many bytes the variable behind a reference has that a VARIANT of its type holds beside the type.
-std::size_t sizeOf(VARTYPE type) noexcept {
-  if ((type & VT_ARRAY) != 0) {
-    return sizeof(SAFEARRAY*);
-  }
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      return 2;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_DATE:
-    case VT_CY:
-      return 8;
-    case VT_BSTR:
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      return sizeof(void*);
-    default:
-      return 4;
-  }
-}
-
-/// What a reference refers to, as a VARIANT of that type without a reference of its own.
-VARIANT readReference(const VARIANT& reference) noexcept {
-  VARIANT value{};
-  if (referredType(reference) == VT_DECIMAL) {
-    value.decVal = *reference.pdecVal;  // Its bytes surround those of the type.
-  } else {
-    std::memcpy(&value.byref, reference.byref, sizeOf(referredType(reference)));
-  }
-  value.vt = referredType(reference);
-  return value;
-}
-
-/// Puts a value of the same type where a reference refers to, and what was there into the value.
-void exchange(const VARIANT& reference, VARIANT& value) noexcept {
-  const VARIANT old = readReference(reference);
-  if (value.vt == VT_DECIMAL) {
-    *reference.pdecVal = value.decVal;
-  } else {
-    std::memcpy(reference.byref, &value.byref, sizeOf(value.vt));
-  }
-  value = old;
-}
-
 /// What an argument stands for: a script's variable may itself hold a reference to a variable of the script's
 /// caller. Null if there is no variable behind a reference.
 VARIANT* behindVariable(VARIANT* given) noexcept {

@@ -1,5 +1,8 @@
 #include "automation/Variant.h"
 
+#include <cstring>
+#include <utility>
+
 namespace zeq::automation {
 namespace {
 
@@ -22,6 +25,34 @@ HRESULT defaultMember(const VARIANT& source, VARIANT& value) noexcept {
     return DISP_E_TYPEMISMATCH;
   }
   return S_OK;
+}
+
+/// How many bytes the variable behind a reference has that a VARIANT of its type holds beside the type.
+std::size_t sizeOf(VARTYPE type) noexcept {
+  if ((type & VT_ARRAY) != 0) {
+    return sizeof(SAFEARRAY*);
+  }
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+      return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return 2;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_DATE:
+    case VT_CY:
+      return 8;
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      return sizeof(void*);
+    default:
+      return 4;
+  }
 }
 
 }  // namespace
@@ -48,6 +79,43 @@ HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type, LCID lo
   VariantClear(&target);
   target = converted;
   return S_OK;
+}
+
+VARIANT readReference(const VARIANT& reference) noexcept {
+  VARIANT value{};
+  if (referredType(reference) == VT_DECIMAL) {
+    value.decVal = *reference.pdecVal;  // Its bytes surround those of the type.
+  } else {
+    std::memcpy(&value.byref, reference.byref, sizeOf(referredType(reference)));
+  }
+  value.vt = referredType(reference);
+  return value;
+}
+
+void exchange(const VARIANT& reference, VARIANT& value) noexcept {
+  const VARIANT old = readReference(reference);
+  if (value.vt == VT_DECIMAL) {
+    *reference.pdecVal = value.decVal;
+  } else {
+    std::memcpy(reference.byref, &value.byref, sizeOf(value.vt));
+  }
+  value = old;
+}
+
+void assign(VARIANT& variable, const VARIANT& value) {
+  if (variable.vt == (VT_BYREF | VT_VARIANT)) {
+    assign(*variable.pvarVal, value);
+  } else if ((variable.vt & VT_BYREF) != 0) {
+    const VARTYPE type = referredType(variable);
+    Variant replacement(value);
+    if (replacement.type() != type) {
+      replacement = replacement.to(type);
+    }
+    exchange(variable, replacement.get());
+  } else {
+    Variant replacement(value);
+    std::swap(variable, replacement.get());
+  }
 }
 
 }  // namespace zeq::automation

@@ -41,6 +41,22 @@ inline HRESULT copyValue(VARIANT& target, const VARIANT& source) noexcept {
 HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type,
                    LCID locale = LOCALE_USER_DEFAULT) noexcept;
 
+/// The type of the variable that a reference refers to.
+[[nodiscard]] inline VARTYPE referredType(const VARIANT& reference) noexcept {
+  return static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
+}
+
+/// What a reference refers to, as a VARIANT of that type without a reference of its own.
+[[nodiscard]] VARIANT readReference(const VARIANT& reference) noexcept;
+
+/// Puts a value of the same type where a reference refers to, and what was there into the value.
+void exchange(const VARIANT& reference, VARIANT& value) noexcept;
+
+/// Replaces what a variable holds by a copy of a value. A variable that is a reference is written through,
+/// with the value in the type of what it refers to. Throws, and the variable keeps what it holds, if that is
+/// not possible.
+void assign(VARIANT& variable, const VARIANT& value);
+
 /// Owns one VARIANT.
 class Variant {
  public:
