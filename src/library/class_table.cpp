@@ -2,9 +2,12 @@
 
 #include <array>
 
+#include "audit/CZEQAudit.h"
 #include "automation/Collection.h"
 #include "fileops/CFakeDrive.h"
 #include "inifiles/CIniFile.h"
+#include "observe/CObservableClass.h"
+#include "observe/CReferenceCounter.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
@@ -29,6 +32,9 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
       entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),
+      entry<audit::CZEQAudit, ::CZEQAudit>(),
+      entry<observe::CObservableClass, ::CObservableClass>(),
+      entry<observe::CReferenceCounter, ::CReferenceCounter>(),
   };
   return table;
 }
