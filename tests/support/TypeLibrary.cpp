@@ -82,6 +82,9 @@ std::wstring valueText(VARIANT value) {
   if (value.vt == VT_BSTR) {
     return L"\"" + std::wstring(automation::text(value.bstrVal)) + L"\"";
   }
+  if ((value.vt == VT_UNKNOWN || value.vt == VT_DISPATCH) && value.punkVal == nullptr) {
+    return L"Nothing";
+  }
   Variant text;
   check(VariantChangeTypeEx(text.out(), &value, LOCALE_INVARIANT, VARIANT_ALPHABOOL, VT_BSTR));
   return textIn(text);
