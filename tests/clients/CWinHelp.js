@@ -1,0 +1,24 @@
+// Help topics by name. The help file has no viewer, so that nothing is shown.
+
+var help = new ActiveXObject("ZEQUtility2.CWinHelp");
+help.Create(scratch() + "\\Guide.txt", 5);
+equal("the help file is kept", help.HelpFile, scratch() + "\\Guide.txt");
+equal("the owner is kept", help.hwnd, 5);
+help.TopicID("Intro") = 42;
+equal("a topic's number", help.TopicID("INTRO"), 42);
+help.FormTopicName("Main", "Print") = "Intro";
+equal("a context within a form", help.FormTopicName("main", " print "), "Intro");
+help.DefaultTopic = "Start";
+equal("the default topic is kept", help.DefaultTopic, "Start");
+help.ShowTopic("", "Main", "Print");
+help.ShowTopicID(42);
+help.ShowHelpFileTopic(scratch() + "\\Other.txt", 1);
+help.ShowContents();
+help.ShowIndex();
+help.ShowFind();
+help.ShowKeyword("printing");
+help.Hide();
+help.ClearTopics();
+equal("topics are forgotten", help.TopicID("Intro"), 0);
+help.ClearFormTopicNames();
+equal("forms are forgotten", help.FormTopicName("Main", "Print"), "");
