@@ -18,6 +18,9 @@
 #include "settings/CAppOptions.h"
 #include "settings/CAppSetting.h"
 #include "settings/CAppSettings.h"
+#include "keymap/CKeyMapping.h"
+#include "keymap/CKeyMappings.h"
+#include "keymap/CKeymapFilter.h"
 #include "observe/CObservableClass.h"
 #include "observe/CReferenceCounter.h"
 #include "utility/CRangeMapper.h"
@@ -55,6 +58,9 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
       entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),
+      entry<keymap::CKeyMapping, ::CKeyMapping>(),
+      entry<keymap::CKeyMappings, ::CKeyMappings>(),
+      entry<keymap::CKeymapFilter, ::CKeymapFilter>(),
       entry<audit::CZEQAudit, ::CZEQAudit>(),
       entry<observe::CObservableClass, ::CObservableClass>(),
       entry<observe::CReferenceCounter, ::CReferenceCounter>(),
