@@ -26,6 +26,7 @@
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
 #include "utility/CZEQUtilityNumerical.h"
+#include "utility/CZEQUtilitySorting.h"
 #include "utility/CZEQUtilityStrings.h"
 #include "wizard/CWizard.h"
 #include "wizard/CWizardStepDetails.h"
@@ -57,6 +58,7 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<utility::CRangeMapper, ::CRangeMapper>(),
       entry<utility::CStringSplitter, ::CStringSplitter>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
+      entry<utility::CZEQUtilitySorting, ::CZEQUtilitySorting>(),
       entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),
       entry<keymap::CKeyMapping, ::CKeyMapping>(),
       entry<keymap::CKeyMappings, ::CKeyMappings>(),

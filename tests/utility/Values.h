@@ -19,6 +19,9 @@ inline Variant value(const wchar_t* text) {
 inline Variant value(int number) {
   return Variant(static_cast<long>(number));
 }
+inline Variant value(long number) {
+  return Variant(number);
+}
 inline Variant value(short number) {
   return Variant(number);
 }
