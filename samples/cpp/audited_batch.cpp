@@ -1,0 +1,160 @@
+// Copies the files of a folder and audits what happens, with ZEQUtility2 used early-bound. The batch's events
+// become audit messages, and the audit's own events decide what is done with them: the debug channel is
+// printed here, and an error that asks for the end of the application is answered with an orderly end
+// instead.
+//
+//   audited_batch SOURCE-FOLDER DESTINATION-FOLDER LOG-FILE
+//
+// All that it needs of the library is ZEQUtility2.h and the registered DLL.
+
+#include <windows.h>
+#include <comutil.h>
+#include <olectl.h>
+#include <wrl/client.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "ZEQUtility2.h"
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+void check(HRESULT result, const char* what) {
+  if (FAILED(result)) {
+    std::printf("%s failed: %08lX\n", what, static_cast<unsigned long>(result));
+    std::exit(1);
+  }
+}
+
+template <class Interface>
+ComPtr<Interface> create(REFCLSID clsid) {
+  ComPtr<Interface> object;
+  check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
+                         reinterpret_cast<void**>(object.GetAddressOf())),
+        "creating an object");
+  return object;
+}
+
+/// Hands the events of an object to a function while it lives. The arguments come as a list, the last one
+/// first.
+class Events final : public IDispatch {
+ public:
+  using Handler = std::function<void(DISPID event, VARIANTARG* arguments)>;
+
+  Events(IUnknown* source, REFIID events, Handler handler) : handler_(std::move(handler)) {
+    ComPtr<IConnectionPointContainer> container;
+    check(source->QueryInterface(__uuidof(IConnectionPointContainer),
+                                 reinterpret_cast<void**>(container.GetAddressOf())),
+          "asking for events");
+    check(container->FindConnectionPoint(events, point_.GetAddressOf()), "finding the events");
+    check(point_->Advise(this, &cookie_), "connecting");
+  }
+  Events(const Events&) = delete;
+  Events& operator=(const Events&) = delete;
+  ~Events() { point_->Unadvise(cookie_); }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch);
+    *object = known ? this : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  // It lives on the stack, longer than the connection.
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    handler_(event, arguments->rgvarg);
+    return S_OK;
+  }
+
+ private:
+  Handler handler_;
+  ComPtr<IConnectionPoint> point_;
+  DWORD cookie_ = 0;
+};
+
+long report(_CZEQAudit* audit, const std::wstring& text, enumZEQAuditClass kind, int actions = 0) {
+  const _bstr_t message(text.c_str());
+  BSTR argument = message;
+  long button = 0;
+  check(audit->ZEQAudit(&argument, kind, static_cast<enumZEQAuditAction>(actions), 0, &button), "auditing");
+  return button;
+}
+
+/// What is done with each message: the identifiers of the events stand in the type library.
+void handleAudit(DISPID event, VARIANTARG* arguments, bool& mustStop) {
+  constexpr DISPID auditDataReady = 1;
+  if (event == auditDataReady) {
+    const auto action = *arguments[1].plVal;
+    if (action == ZEQ_AUD_ACT_STAT || action == ZEQ_AUD_ACT_DBG) {
+      std::printf("[class %ld, action %ld]\n", static_cast<long>(*arguments[2].plVal),
+                  static_cast<long>(action));
+    }
+  } else {
+    mustStop = true;
+    *arguments[0].pboolVal = VARIANT_TRUE;  // The process is not to be ended at once: it ends below.
+  }
+}
+
+void plan(_CFileOperationBatch* batch, const std::filesystem::path& from, const std::filesystem::path& to) {
+  for (const auto& entry : std::filesystem::directory_iterator(from)) {
+    if (entry.is_regular_file()) {
+      ComPtr<_CFileOperation> added;
+      check(batch->AddCopy(_bstr_t(entry.path().c_str()), _bstr_t((to / entry.path().filename()).c_str()),
+                           ovrtYes, ptypFile, added.GetAddressOf()),
+            "planning");
+    }
+  }
+}
+
+int run(wchar_t** arguments) {
+  const auto audit = create<_CZEQAudit>(__uuidof(CZEQAudit));
+  check(audit->Create(_bstr_t(arguments[3]), _bstr_t(L"Audited batch"), VARIANT_TRUE, nullptr),
+        "setting up the audit");
+  bool mustStop = false;
+  const Events auditEvents(audit.Get(), __uuidof(__CZEQAudit),
+                           [&](DISPID event, VARIANTARG* list) { handleAudit(event, list, mustStop); });
+
+  const auto batch = create<_CFileOperationBatch>(__uuidof(CFileOperationBatch));
+  const Events batchEvents(batch.Get(), __uuidof(__CFileOperationBatch), [&](DISPID event, VARIANTARG* list) {
+    constexpr DISPID executedOperation = 4;  // op, success, wasCancelled, description
+    if (event == executedOperation) {
+      const std::wstring outcome(list[0].bstrVal, SysStringLen(list[0].bstrVal));
+      const bool success = list[2].boolVal != VARIANT_FALSE;
+      report(audit.Get(), L"task: " + outcome, success ? ZEQ_AUD_DEBUG : ZEQ_AUD_ERROR,
+             success ? 0 : ZEQ_AUD_ACT_LOG | ZEQ_AUD_ACT_STOP);
+    }
+  });
+
+  plan(batch.Get(), arguments[1], arguments[2]);
+  VARIANT_BOOL done = VARIANT_FALSE;
+  check(batch->Execute(VARIANT_TRUE, &done), "running the batch");
+  report(audit.Get(), mustStop ? L"Stopped by an error." : L"All files are copied.", ZEQ_AUD_INFO,
+         ZEQ_AUD_ACT_STAT | ZEQ_AUD_ACT_LOG);
+  return mustStop ? 1 : 0;
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+  if (count != 4) {
+    std::printf("usage: audited_batch SOURCE-FOLDER DESTINATION-FOLDER LOG-FILE\n");
+    return 2;
+  }
+  check(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "starting COM");
+  const int result = run(arguments);
+  CoUninitialize();
+  return result;
+}
