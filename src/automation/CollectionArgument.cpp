@@ -13,15 +13,14 @@ CollectionArgument::CollectionArgument(IDispatch* object) : object_(object) {
   own_ = ComPtr<IDispatch>(object).query<::_Collection>();
 }
 
-void CollectionArgument::add(const Variant& item, std::optional<std::wstring_view> key) {
-  const Variant missing = Variant::missing();
-  const Variant keyValue = key ? Variant(*key) : missing;
+void CollectionArgument::add(const Variant& item, const Variant& key) {
   if (own_) {
-    check(own_->Add(item.get(), keyValue.get(), missing.get(), missing.get()));
-  } else if (key) {
-    addToForeign(item, keyValue);
-  } else {
+    const Variant missing = Variant::missing();
+    check(own_->Add(item.get(), key.get(), missing.get(), missing.get()));
+  } else if (isMissing(key.get())) {
     object_.call(L"Add", item.get());
+  } else {
+    addToForeign(item, key);
   }
 }
 
@@ -34,8 +33,7 @@ long CollectionArgument::count() const {
   return object_.get(L"Count").to(VT_I4).get().lVal;
 }
 
-Variant CollectionArgument::item(long position) const {
-  const Variant index(position);
+Variant CollectionArgument::item(const Variant& index) const {
   if (own_) {
     Variant result;
     check(own_->get_Item(index.get(), result.out()));
@@ -44,8 +42,7 @@ Variant CollectionArgument::item(long position) const {
   return object_.get(L"Item", index.get());
 }
 
-void CollectionArgument::remove(long position) {
-  const Variant index(position);
+void CollectionArgument::remove(const Variant& index) {
   if (own_) {
     check(own_->Remove(index.get()));
   } else {

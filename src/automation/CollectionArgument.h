@@ -4,9 +4,6 @@
 
 #include <windows.h>
 
-#include <optional>
-#include <string_view>
-
 #include "ZEQUtility2.h"
 #include "automation/ComPtr.h"
 #include "automation/NamedCaller.h"
@@ -22,12 +19,14 @@ class CollectionArgument {
   explicit CollectionArgument(IDispatch* const* argument)
       : CollectionArgument(argument != nullptr ? *argument : nullptr) {}
 
-  void add(const Variant& item, std::optional<std::wstring_view> key = std::nullopt);
+  void add(const Variant& item, const Variant& key = Variant::missing());
 
   [[nodiscard]] long count() const;
-  /// Positions count from 1.
-  [[nodiscard]] Variant item(long position) const;
-  void remove(long position);
+  /// An index is a position, counted from 1, or a key.
+  [[nodiscard]] Variant item(const Variant& index) const;
+  [[nodiscard]] Variant item(long position) const { return item(Variant(position)); }
+  void remove(const Variant& index);
+  void remove(long position) { remove(Variant(position)); }
 
  private:
   void addToForeign(const Variant& item, const Variant& key);

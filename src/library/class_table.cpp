@@ -25,6 +25,7 @@
 #include "observe/CReferenceCounter.h"
 #include "utility/CRangeMapper.h"
 #include "utility/CStringSplitter.h"
+#include "utility/CZEQUtilityCollections.h"
 #include "utility/CZEQUtilityNumerical.h"
 #include "utility/CZEQUtilitySorting.h"
 #include "utility/CZEQUtilityStrings.h"
@@ -57,6 +58,7 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<settings::CAppOptions, ::CAppOptions>(),
       entry<utility::CRangeMapper, ::CRangeMapper>(),
       entry<utility::CStringSplitter, ::CStringSplitter>(),
+      entry<utility::CZEQUtilityCollections, ::CZEQUtilityCollections>(),
       entry<utility::CZEQUtilityNumerical, ::CZEQUtilityNumerical>(),
       entry<utility::CZEQUtilitySorting, ::CZEQUtilitySorting>(),
       entry<utility::CZEQUtilityStrings, ::CZEQUtilityStrings>(),

@@ -90,11 +90,11 @@ void useAsCollection(IDispatch* object) {
   CollectionArgument collection(object);
   EXPECT_EQ(collection.count(), 0);
   collection.add(string(L"a"));
-  collection.add(string(L"b"), L"key");
+  collection.add(string(L"b"), string(L"key"));
   EXPECT_EQ(collection.count(), 2);
   EXPECT_EQ(textOf(collection.item(1).get()), L"a");
   EXPECT_EQ(textOf(collection.item(2).get()), L"b");
-  EXPECT_EQ(errorOf([&] { collection.add(string(L"c"), L"KEY"); }), codeOf(ErrorNumber::keyInUse));
+  EXPECT_EQ(errorOf([&] { collection.add(string(L"c"), string(L"KEY")); }), codeOf(ErrorNumber::keyInUse));
   EXPECT_EQ(errorOf([&] { (void)collection.item(3); }), codeOf(ErrorNumber::subscriptOutOfRange));
   EXPECT_EQ(errorOf([&] { collection.remove(3); }), codeOf(ErrorNumber::subscriptOutOfRange));
   collection.remove(1);
@@ -115,10 +115,10 @@ TEST(CollectionArgument, MayBeKnownByNameOnly) {
 
 TEST(CollectionArgument, GetsNamedArgumentsIfItNamesThem) {
   ByName named(true);
-  CollectionArgument(&named).add(string(L"a"), L"key");
+  CollectionArgument(&named).add(string(L"a"), string(L"key"));
   EXPECT_TRUE(named.wasNamed);
   EXPECT_EQ(textOf(named.collection->find(L"key")->get()), L"a");
-  EXPECT_EQ(errorOf([&] { CollectionArgument(&named).add(string(L"a"), L"key"); }),
+  EXPECT_EQ(errorOf([&] { CollectionArgument(&named).add(string(L"a"), string(L"key")); }),
             codeOf(ErrorNumber::keyInUse));
 }
 
