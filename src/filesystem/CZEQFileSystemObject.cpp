@@ -220,7 +220,7 @@ STDMETHODIMP CZEQFileSystemObject::FSO_GetFiles(BSTR PathA, IDispatch** FilesA, 
     CollectionArgument files(FilesA);
     (void)pathIn(&PathA);
     return scripting_.forEachFile(PathA, [&](const automation::Variant& file, std::wstring_view path) {
-      files.add(file, Variant(automation::foldCase(trimmed(path))));
+      files.add(file, automation::Variant(automation::foldCase(trimmed(path))));
     });
   });
 }
@@ -231,7 +231,7 @@ STDMETHODIMP CZEQFileSystemObject::FSO_GetFolders(BSTR PathA, IDispatch** Folder
     CollectionArgument folders(FoldersA);
     (void)pathIn(&PathA);
     return scripting_.forEachSubfolder(PathA, [&](const automation::Variant& folder, std::wstring_view path) {
-      folders.add(folder, Variant(automation::foldCase(trimmed(path))));
+      folders.add(folder, automation::Variant(automation::foldCase(trimmed(path))));
     });
   });
 }

@@ -6,7 +6,8 @@
 namespace zeq::filesystem {
 
 bool isSensibleBaseName(std::wstring_view name) noexcept {
-  return !utility::trimmed(name).empty() && name.find_first_of(L".\\/[]:;|=,*?<>\"\n\r") == std::wstring_view::npos;
+  return !utility::trimmed(name).empty() &&
+         name.find_first_of(L".\\/[]:;|=,*?<>\"\n\r") == std::wstring_view::npos;
 }
 
 std::wstring suggestName(std::wstring_view prefix, std::wstring_view suffix, int last,

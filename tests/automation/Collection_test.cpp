@@ -88,7 +88,8 @@ class CollectionTest : public testing::Test {
     Variant item;
     ULONG fetched = 0;
     while (items.Next(1, item.out(), &fetched) == S_OK) {
-      texts.push_back(automation::textOf(item.get()));
+      automation::check(VariantChangeType(&item.get(), &item.get(), 0, VT_BSTR));
+      texts.push_back(textIn(item));
     }
     return texts;
   }
