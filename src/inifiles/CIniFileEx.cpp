@@ -119,11 +119,7 @@ short storeArray(VARIANT* target, Columns columns) {
 }  // namespace
 
 std::wstring CIniFileEx::read(std::wstring_view name, std::wstring_view fallback) const {
-  std::array<char, 255> buffer{};
-  const std::size_t length =
-      platform::readProfileString(toAnsi(section_).c_str(), toAnsi(name).c_str(), toAnsi(fallback).c_str(),
-                                  buffer, toAnsi(file_).c_str());
-  return fromAnsi(std::string_view(buffer.data(), length));
+  return platform::profileValue(section_, name, fallback, file_);
 }
 
 void CIniFileEx::write(std::wstring_view name, std::wstring_view value) {

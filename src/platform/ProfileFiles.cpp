@@ -2,12 +2,24 @@
 
 #include <windows.h>
 
+#include <array>
+
+#include "platform/CodePage.h"
+
 namespace zeq::platform {
 
 std::size_t readProfileString(const char* section, const char* key, const char* fallback,
                               std::span<char> buffer, const char* file) noexcept {
   return GetPrivateProfileStringA(section, key, fallback, buffer.data(), static_cast<DWORD>(buffer.size()),
                                   file);
+}
+
+std::wstring profileValue(std::wstring_view section, std::wstring_view key, std::wstring_view fallback,
+                          std::wstring_view file) {
+  std::array<char, 255> buffer{};
+  const std::size_t length = readProfileString(toAnsi(section).c_str(), toAnsi(key).c_str(),
+                                               toAnsi(fallback).c_str(), buffer, toAnsi(file).c_str());
+  return fromAnsi(std::string_view(buffer.data(), length));
 }
 
 std::size_t readProfileSection(const char* section, std::span<char> buffer, const char* file) noexcept {

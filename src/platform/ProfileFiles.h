@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace zeq::platform {
 
@@ -12,6 +13,10 @@ namespace zeq::platform {
 /// Without a key (null) it copies the names of the section's keys, each followed by a NUL, and one more NUL.
 std::size_t readProfileString(const char* section, const char* key, const char* fallback,
                               std::span<char> buffer, const char* file) noexcept;
+
+/// The value of a key, or the fallback if there is none, cut to 254 characters.
+[[nodiscard]] std::wstring profileValue(std::wstring_view section, std::wstring_view key,
+                                        std::wstring_view fallback, std::wstring_view file);
 
 /// Copies the lines of a section, each followed by a NUL, and one more NUL; returns the length without that
 /// last one, or the size of the buffer less 2 if it is too small.

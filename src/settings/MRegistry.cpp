@@ -37,15 +37,6 @@ wchar_t upper(wchar_t letter) noexcept {
   return static_cast<wchar_t>(std::towupper(letter));
 }
 
-/// Values longer than the buffer are cut.
-std::wstring readIniText(const std::string& file, std::wstring_view section, std::wstring_view key,
-                         std::wstring_view fallback) {
-  std::array<char, 255> buffer{};
-  const std::size_t length = platform::readProfileString(toAnsi(section).c_str(), toAnsi(key).c_str(),
-                                                         toAnsi(fallback).c_str(), buffer, file.c_str());
-  return platform::fromAnsi(std::string_view(buffer.data(), length));
-}
-
 StoredValue readText(const NarrowRegistryKey& key, const std::string& name) {
   StoredValue result;
   std::string data;
@@ -146,7 +137,7 @@ StoredValue Reg_GetValue(std::wstring_view hive, std::wstring_view path, std::ws
     if (key == iniFileHive) {
       if (upper(type) == L'S') {
         const std::wstring defaultText = automation::textOf(fallback.get());
-        result.value = Variant(std::wstring_view(readIniText(toAnsi(hive), path, name, defaultText)));
+        result.value = Variant(std::wstring_view(platform::profileValue(path, name, defaultText, hive)));
       }
       result.status = ERROR_SUCCESS;
     } else if (key != invalidHive) {

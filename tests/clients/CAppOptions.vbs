@@ -2,8 +2,14 @@
 Option Explicit
 
 Dim options, shell, files, root, path
-root = "Software\ZEQUtility2Test.vbs"
+root = "Software\ZEQUtility2Test CAppOptions.vbs"
 Set shell = CreateObject("WScript.Shell")
+
+Sub RemoveKey()
+  shell.Run "reg.exe delete ""HKCU\" & root & """ /f", 0, True
+End Sub
+
+RemoveKey
 Set options = CreateObject("ZEQUtility2.CAppOptions")
 Equal "AutoSave is on", options.AutoSave, True
 options.AutoSave = False
@@ -30,8 +36,7 @@ Equal "every group is a new one", options.Group("Editor") Is options.Group("Edit
 options.Save
 options.Clear
 Equal "the options describe themselves", options.AsString, "HKCU \" & root
-shell.RegDelete "HKCU\" & root & "\Editor\"
-shell.RegDelete "HKCU\" & root & "\"
+RemoveKey
 
 Set files = CreateObject("Scripting.FileSystemObject")
 path = Scratch & "\options.ini"

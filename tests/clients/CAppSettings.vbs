@@ -2,8 +2,14 @@
 Option Explicit
 
 Dim group, shell, root
-root = "Software\ZEQUtility2Test.vbs"
+root = "Software\ZEQUtility2Test CAppSettings.vbs"
 Set shell = CreateObject("WScript.Shell")
+
+Sub RemoveKey()
+  shell.Run "reg.exe delete ""HKCU\" & root & """ /f", 0, True
+End Sub
+
+RemoveKey
 Set group = CreateObject("ZEQUtility2.CAppSettings")
 Equal "AutoSave is on", group.AutoSave, True
 group.Hive = " HKCU "
@@ -37,5 +43,4 @@ Equal "without AutoSave nothing is stored", shell.RegRead("HKCU\" & root & "\Edi
 group.Save
 Equal "save stores", shell.RegRead("HKCU\" & root & "\Editor\Big"), "50000"
 
-shell.RegDelete "HKCU\" & root & "\Editor\"
-shell.RegDelete "HKCU\" & root & "\"
+RemoveKey

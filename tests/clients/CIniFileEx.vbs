@@ -34,13 +34,13 @@ ini.addSection "Newer", True
 Equal "adding may set the section", ini.section, "Newer"
 ini.flush
 Equal "the sections are counted", ini.enumSections(list), 3
-Equal "they are an array of strings", TypeName(list), "String()"
+Equal "they are an array", IsArray(list), True
 ini.section = "General"
 Equal "the keys are counted", ini.enumSectionKeys(list), 2
 Equal "the values are counted", ini.enumSectionValues(list), 2
 Equal "the pairs are counted", ini.enumSectionValuePairs(list), 2
 Equal "pairs are two arrays", UBound(list), 1
-Equal "keys are an array of strings", TypeName(list(0)), "String()"
+Equal "keys are an array", IsArray(list(0)), True
 ini.deleteSection "Newer"
 Equal "a deleted section is gone", ini.enumSections(list), 2
 

@@ -14,6 +14,7 @@ namespace zeq::test {
 namespace {
 
 constexpr long writes = 1000;
+constexpr long valuesInIniFile = 10;
 constexpr const wchar_t* hiveVariable = L"ZEQ_TEST_HIVE";
 constexpr const wchar_t* rootVariable = L"ZEQ_TEST_ROOT";
 
@@ -49,36 +50,57 @@ class Turn {
   HANDLE mutex_;
 };
 
-void writeValues(const std::wstring& prefix) {
-  const auto group = sharedGroup();
-  const bool takesTurns = environment(hiveVariable) != L"HKCU";
-  for (long i = 0; i < writes; ++i) {
-    const Bstr name(prefix + std::to_wstring(i));
-    if (takesTurns) {
-      const Turn turn;
-      group->WriteSetting(name.get(), Variant(i).get());
-    } else {
-      group->WriteSetting(name.get(), Variant(i).get());
-    }
-  }
+void write(_CAppSettings& group, std::wstring_view name, long value) {
+  group.WriteSetting(Bstr(name).get(), Variant(value).get());
 }
 
 // Not tests of their own: what the two processes do.
-TEST(TwoProcessesTest, DISABLED_First) {
-  writeValues(L"first ");
+
+void writeToRegistry(const std::wstring& prefix) {
+  const auto group = sharedGroup();
+  for (long i = 0; i < writes; ++i) {
+    write(*group.get(), prefix + std::to_wstring(i), i);
+  }
 }
-TEST(TwoProcessesTest, DISABLED_Second) {
-  writeValues(L"second ");
+TEST(TwoProcessesTest, DISABLED_FirstToRegistry) {
+  writeToRegistry(L"first ");
+}
+TEST(TwoProcessesTest, DISABLED_SecondToRegistry) {
+  writeToRegistry(L"second ");
 }
 
-void runWriters(const std::wstring& hive, const std::wstring& root) {
+/// Writes few values in turn, so that the file stays small. What a value's last write left must still be
+/// there.
+void writeToIniFile(const std::wstring& prefix) {
+  const std::string file = narrow(environment(hiveVariable));
+  const auto group = sharedGroup();
+  for (long i = 0; i < writes; ++i) {
+    const std::wstring name = prefix + std::to_wstring(i % valuesInIniFile);
+    const Turn turn;
+    if (i >= valuesInIniFile) {
+      ASSERT_EQ(
+          static_cast<long>(GetPrivateProfileIntA("Tools\\Shared", narrow(name).c_str(), -1, file.c_str())),
+          i - valuesInIniFile);
+    }
+    write(*group.get(), name, i);
+  }
+}
+TEST(TwoProcessesTest, DISABLED_FirstToIniFile) {
+  writeToIniFile(L"first ");
+}
+TEST(TwoProcessesTest, DISABLED_SecondToIniFile) {
+  writeToIniFile(L"second ");
+}
+
+void runWriters(const std::wstring& store, const std::wstring& hive, const std::wstring& root) {
   SetEnvironmentVariableW(hiveVariable, hive.c_str());
   SetEnvironmentVariableW(rootVariable, root.c_str());
   std::wstring self(MAX_PATH, L'\0');
   self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
   const auto run = [&](const wchar_t* writer) {
     return runProgram(test::quoted(self) +
-                      L" --gtest_also_run_disabled_tests --gtest_filter=TwoProcessesTest.DISABLED_" + writer);
+                      L" --gtest_also_run_disabled_tests --gtest_filter=TwoProcessesTest.DISABLED_" + writer +
+                      L"To" + store);
   };
   DWORD first = 1;
   std::thread other([&] { first = run(L"First"); });
@@ -89,7 +111,7 @@ void runWriters(const std::wstring& hive, const std::wstring& root) {
 
 TEST(TwoProcessesTest, NoWriteToOneRegistryKeyIsLost) {
   const TestKey key;
-  runWriters(L"HKCU", key.path());
+  runWriters(L"Registry", L"HKCU", key.path());
   for (long i = 0; i < writes; ++i) {
     ASSERT_EQ(key.text(L"Shared", L"first " + std::to_wstring(i)), std::to_wstring(i));
     ASSERT_EQ(key.text(L"Shared", L"second " + std::to_wstring(i)), std::to_wstring(i));
@@ -98,11 +120,12 @@ TEST(TwoProcessesTest, NoWriteToOneRegistryKeyIsLost) {
 
 TEST(TwoProcessesTest, NoWriteToOneIniFileIsLostWhenTheWritersTakeTurns) {
   const IniText ini;
-  runWriters(ini.path(), L"Tools");
-  for (long i = 0; i < writes; ++i) {
+  runWriters(L"IniFile", ini.path(), L"Tools");
+  for (long i = 0; i < valuesInIniFile; ++i) {
     const std::string number = std::to_string(i);
-    ASSERT_EQ(ini.platformValue("Tools\\Shared", ("first " + number).c_str()), number);
-    ASSERT_EQ(ini.platformValue("Tools\\Shared", ("second " + number).c_str()), number);
+    const std::string last = std::to_string(writes - valuesInIniFile + i);
+    EXPECT_EQ(ini.platformValue("Tools\\Shared", ("first " + number).c_str()), last);
+    EXPECT_EQ(ini.platformValue("Tools\\Shared", ("second " + number).c_str()), last);
   }
 }
 
