@@ -59,6 +59,9 @@ std::size_t sizeOf(VARTYPE type) noexcept {
 
 HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type, LCID locale) noexcept {
   const VARIANT& inner = dereferenced(source);
+  if (refersToNothing(inner)) {
+    return DISP_E_TYPEMISMATCH;
+  }
   VARIANT converted;
   VariantInit(&converted);
   HRESULT result = S_OK;

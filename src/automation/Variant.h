@@ -25,9 +25,16 @@ inline HRESULT copy(VARIANT& target, const VARIANT& source) noexcept {
   return VariantCopy(&target, const_cast<VARIANT*>(&source));
 }
 
+/// True for a reference that has no variable behind it.
+[[nodiscard]] inline bool refersToNothing(const VARIANT& value) noexcept {
+  const VARIANT& inner = dereferenced(value);
+  return (inner.vt & VT_BYREF) != 0 && inner.byref == nullptr;
+}
+
 /// Copies a variant; a reference is read. The target holds nothing before.
 inline HRESULT copyValue(VARIANT& target, const VARIANT& source) noexcept {
-  return VariantCopyInd(&target, const_cast<VARIANT*>(&source));
+  return refersToNothing(source) ? DISP_E_TYPEMISMATCH
+                                 : VariantCopyInd(&target, const_cast<VARIANT*>(&source));
 }
 
 /// True for an optional argument that the client left out.

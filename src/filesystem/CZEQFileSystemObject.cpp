@@ -43,6 +43,19 @@ const wchar_t* pathIn(const BSTR* argument) {
   return path.data();
 }
 
+/// The same for the scripting runtime.
+BSTR checkedPath(BSTR path) {
+  (void)pathIn(&path);
+  return path;
+}
+
+/// Adds the runtime's objects to a collection under their paths in upper case.
+ScriptingRuntime::Visitor addTo(CollectionArgument& collection) {
+  return [&collection](const automation::Variant& object, std::wstring_view path) {
+    collection.add(object, automation::Variant(automation::foldCase(trimmed(path))));
+  };
+}
+
 /// A time of the file system as automation has it: local, in whole seconds.
 DATE dateOf(const FILETIME& time) {
   FILETIME local{};
@@ -197,17 +210,11 @@ STDMETHODIMP CZEQFileSystemObject::FSO_GetDriveAvailableSpace(BSTR DriveSpecA, d
 }
 
 STDMETHODIMP CZEQFileSystemObject::FSO_GetFile(BSTR pathNameA, IDispatch** result) noexcept {
-  return quietly(result, [&] {
-    (void)pathIn(&pathNameA);
-    return scripting_.file(pathNameA);
-  });
+  return quietly(result, [&] { return scripting_.file(checkedPath(pathNameA)); });
 }
 
 STDMETHODIMP CZEQFileSystemObject::FSO_GetFolder(BSTR pathNameA, IDispatch** result) noexcept {
-  return quietly(result, [&] {
-    (void)pathIn(&pathNameA);
-    return scripting_.folder(pathNameA);
-  });
+  return quietly(result, [&] { return scripting_.folder(checkedPath(pathNameA)); });
 }
 
 STDMETHODIMP CZEQFileSystemObject::FSO_GetFileType(BSTR pathNameA, BSTR* result) noexcept {
@@ -218,10 +225,7 @@ STDMETHODIMP CZEQFileSystemObject::FSO_GetFiles(BSTR PathA, IDispatch** FilesA, 
   return quietly(result, [&] {
     const auto alive = keepAlive();
     CollectionArgument files(FilesA);
-    (void)pathIn(&PathA);
-    return scripting_.forEachFile(PathA, [&](const automation::Variant& file, std::wstring_view path) {
-      files.add(file, automation::Variant(automation::foldCase(trimmed(path))));
-    });
+    return scripting_.forEachFile(checkedPath(PathA), addTo(files));
   });
 }
 
@@ -229,10 +233,7 @@ STDMETHODIMP CZEQFileSystemObject::FSO_GetFolders(BSTR PathA, IDispatch** Folder
   return quietly(result, [&] {
     const auto alive = keepAlive();
     CollectionArgument folders(FoldersA);
-    (void)pathIn(&PathA);
-    return scripting_.forEachSubfolder(PathA, [&](const automation::Variant& folder, std::wstring_view path) {
-      folders.add(folder, automation::Variant(automation::foldCase(trimmed(path))));
-    });
+    return scripting_.forEachSubfolder(checkedPath(PathA), addTo(folders));
   });
 }
 

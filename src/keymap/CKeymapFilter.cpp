@@ -22,13 +22,12 @@ STDMETHODIMP CKeymapFilter::Process(short KeyCode, short Shift, VARIANT_BOOL* pr
     if (processed == nullptr) {
       throw automation::Error(E_POINTER);
     }
-    ComPtr<CKeyMapping> found = mappings_->find({KeyCode, Shift});
+    const ComPtr<CKeyMapping> found = mappings_->find({KeyCode, Shift});
     if (!found) {
       return false;
     }
-    IDispatch* keyStroke = found.detach();  // A handler may put another object or Nothing in its place.
+    IDispatch* keyStroke = found.get();
     raise(keyboardEvent, &keyStroke, processed);
-    ComPtr<IDispatch>::attach(keyStroke).reset();
     return true;
   });
 }

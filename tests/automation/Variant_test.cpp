@@ -68,7 +68,12 @@ TEST(Variant, ACopyOfAReferenceIsItsValue) {
   const Variant inner(std::wstring_view(L"text"));
   const Variant copied(reference(VT_VARIANT, const_cast<VARIANT*>(&inner.get())));
   EXPECT_EQ(text(copied.get().bstrVal), L"text");
-  EXPECT_THROW(Variant{reference(VT_VARIANT, nullptr)}, Error);
+  for (const VARTYPE type : {VT_VARIANT, VT_BSTR, VT_I4, VT_DISPATCH}) {
+    const VARIANT nowhere = reference(type, nullptr);
+    EXPECT_THROW(Variant{nowhere}, Error);
+    EXPECT_THROW(static_cast<void>(textOf(nowhere)), Error);
+    EXPECT_THROW(Variant{reference(VT_VARIANT, const_cast<VARIANT*>(&nowhere))}, Error);
+  }
 }
 
 TEST(Variant, Missing) {

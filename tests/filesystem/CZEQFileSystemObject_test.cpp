@@ -1,6 +1,7 @@
 // Existence, dates, sizes, objects and lists, on real files and drives.
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 #include "filesystem/FileSystemTest.h"
@@ -17,6 +18,7 @@ class ScriptCollection final : public IDispatch {
   std::vector<std::wstring> keys;
   std::vector<VARTYPE> types;
   HRESULT failure = S_OK;
+  std::function<void()> whenAdding = [] {};
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
     const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
@@ -47,6 +49,7 @@ class ScriptCollection final : public IDispatch {
       exception->scode = failure;
       return DISP_E_EXCEPTION;
     }
+    whenAdding();
     keys.emplace_back(automation::text(parameters->rgvarg[0].bstrVal));
     types.push_back(parameters->rgvarg[1].vt);
     return S_OK;
@@ -338,6 +341,29 @@ TEST_F(FileSystemObject, ListsIntoCollectionsOfOthers) {
   const Variant item = Late(dictionary).get(L"Item", Variant(std::wstring_view(file)));
   ASSERT_EQ(item.type(), VT_DISPATCH);
   EXPECT_EQ(textIn(Late(item.get().pdispVal).get(L"Name")), L"a");
+}
+
+TEST_F(FileSystemObject, CountsAgainAfterListing) {
+  temp.file(L"a");
+  temp.file(L"b");
+  temp.folder(L"sub");
+  ScriptCollection script;
+  script.whenAdding = [&] {
+    DeleteFileW((temp / L"a").c_str());
+    DeleteFileW((temp / L"b").c_str());
+  };
+  EXPECT_EQ(add(&Fso::FSO_GetFiles, temp.path(), &script), 0);
+  EXPECT_GE(script.keys.size(), 1U);
+  script.whenAdding = [&] { temp.folder(L"another"); };
+  EXPECT_EQ(add(&Fso::FSO_GetFolders, temp.path(), &script), 2);
+}
+
+TEST_F(FileSystemObject, CountsWhatChangesSinceThePreviousList) {
+  for (long count = 1; count <= 20; ++count) {
+    temp.file(L"file" + std::to_wstring(count));
+    const auto files = create<Collection, _Collection>();
+    EXPECT_EQ(add(&Fso::FSO_GetFiles, temp.path(), files.get()), count);
+  }
 }
 
 }  // namespace

@@ -1,0 +1,16 @@
+// A script maps values: every member, late-bound.
+var mapper = new ActiveXObject("ZEQUtility2.CRangeMapper");
+
+equal("a new object maps to the same", mapper.ToRange(0.25), 0.25);
+mapper.SetDomain(0, 10);
+mapper.SetRange(100, 200);
+equal("a value in the range", mapper.ToRange(5), 150);
+equal("a value in the domain", mapper.ToDomain(150), 5);
+mapper.Domain(1) = 100;
+mapper.Range(0) = 0;
+equal("the domain as it was set", mapper.Domain(1), 100);
+equal("the range as it was set", mapper.Range(0), 0);
+equal("a value between them", mapper.ToRange(50), 100);
+equal("there is no third end point", mapper.Range(2), 0);
+equal("null stays null", mapper.ToRange(null), null);
+equal("no number gives nothing", mapper.ToRange("many"), undefined);
