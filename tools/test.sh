@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Proves the library: builds everything for this machine, 32-bit and 64-bit Windows, checks the format of the sources,
-# runs the portable tests under the sanitizers, the unit and component tests under Wine for both bitnesses, and the
-# scripts of tests/clients with the registered library. Ends with one line: N passed, N failed.
+# runs the portable tests under the sanitizers, the unit and component tests under Wine for both bitnesses, the scripts
+# of tests/clients with the registered library, builds the reference site, makes the package, installs and uninstalls it.
+# Ends with one line: N passed, N failed.
 source "$(dirname "$0")/lib.sh"
 
 passed=0
@@ -13,6 +14,9 @@ count() {
   failed=$((failed + $3))
   say "$1: $2 passed, $3 failed"
 }
+
+# log_of NAME: where the output of that part goes.
+log_of() { printf '%s/test-%s.log' "$build" "$(tr -c 'a-z0-9\n' '-' <<<"$1")"; }
 
 check_format() {
   local -a sources
@@ -31,7 +35,7 @@ check_format() {
 # program that runs no test is a failure.
 run_tests() {
   local name=$1 log status=0 good=0 bad=0
-  log=$build/$(tr -c 'a-z0-9\n' '-' <<<"$name").log
+  log=$(log_of "$name")
   shift
   timeout -k 10 400 "$@" --gtest_color=no --gtest_brief=0 </dev/null >"$log" 2>&1 || status=$?
   good=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) test.*/\1/p' "$log" | tail -n 1)
@@ -46,15 +50,31 @@ run_tests() {
   count "$name" "${good:-0}" "${bad:-0}"
 }
 
-run_clients() {
-  local log=$build/clients.log totals
-  "$root/tools/clients.sh" >"$log" 2>&1 </dev/null || true
-  cat "$log"
-  totals=$(tail -n 1 "$log")
-  if [[ $totals =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
-    count "client scripts" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+# run_counted NAME COMMAND...: runs a command whose last line is "N passed, N failed".
+run_counted() {
+  local name=$1 log
+  log=$(log_of "$name")
+  shift
+  "$@" >"$log" 2>&1 </dev/null || true
+  if [[ $(tail -n 1 "$log") =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+    [ "${BASH_REMATCH[2]}" -eq 0 ] || grep FAILED "$log"
+    count "$name" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
   else
-    count "client scripts" 0 1
+    tail -n 20 "$log"
+    count "$name" 0 1
+  fi
+}
+
+# run_command NAME COMMAND...: runs a command that says by its exit status whether all is well.
+run_command() {
+  local name=$1 log
+  log=$(log_of "$name")
+  shift
+  if "$@" >"$log" 2>&1 </dev/null; then
+    count "$name" 1 0
+  else
+    tail -n 20 "$log"
+    count "$name" 0 1
   fi
 }
 
@@ -74,7 +94,14 @@ done
 stop_prefix
 
 step "clients"
-run_clients
+run_counted "client scripts" tools/clients.sh
+
+step "documentation"
+run_command "reference site" tools/docs.sh
+
+step "package"
+run_command "package" tools/package.sh
+run_counted "installed package" tests/package/test_package.sh
 
 step "total"
 say "$passed passed, $failed failed"

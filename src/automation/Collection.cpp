@@ -66,8 +66,8 @@ STDMETHODIMP Collection::get_Item(VARIANT Index, VARIANT* result) noexcept {
 
 STDMETHODIMP Collection::Add(VARIANT Item, VARIANT Key, VARIANT Before, VARIANT After) noexcept {
   return raising([&] {
-    Variant item(
-        Item);  // Made first: nothing that runs client code may come between finding the place and using it.
+    // Made first: nothing that runs client code may come between finding the place and using it.
+    Variant item(Item);
     const auto key = textOfKey(Key);
     if (!key && !isMissing(Key)) {
       throw Error(ErrorNumber::typeMismatch);

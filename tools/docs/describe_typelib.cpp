@@ -274,6 +274,9 @@ void writeType(Json& json, ITypeInfo& info) {
       json.key("kind").value(std::wstring_view(L"class"));
       writeImplemented(json, info, attributes->cImplTypes);
       break;
+    case TKIND_ALIAS:
+      json.key("kind").value(std::wstring_view(L"alias"));
+      break;
     default:
       json.key("kind").value(std::wstring_view(L"interface"));
       writeMembers(json, info);
