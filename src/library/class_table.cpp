@@ -8,6 +8,7 @@
 #include "fileops/CFakeDrive.h"
 #include "fileops/CFileOperation.h"
 #include "fileops/CFileOperationBatch.h"
+#include "filesystem/CAttachment.h"
 #include "filesystem/CZEQFileSystemObject.h"
 #include "help/CWinHelp.h"
 #include "help/HelpProviderAdapter.h"
@@ -49,6 +50,7 @@ std::span<const ClassEntry> classTable() noexcept {
       entry<fileops::CFakeDrive, ::CFakeDrive>(),
       entry<fileops::CFileOperation, ::CFileOperation>(),
       entry<fileops::CFileOperationBatch, ::CFileOperationBatch>(),
+      entry<filesystem::CAttachment, ::CAttachment>(),
       entry<filesystem::CZEQFileSystemObject, ::CZEQFileSystemObject>(),
       entry<help::CWinHelp, ::CWinHelp>(),
       entry<inifiles::CIniFile, ::CIniFile>(),

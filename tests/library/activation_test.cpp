@@ -90,7 +90,7 @@ TEST_F(ActivationTest, FindsEveryClassThroughTheManifest) {
   ClientFolder client;
   {
     const ActivationContext context(client.manifestOf(L"client.exe"));
-    for (const LibraryType& type : creatableClasses()) {
+    for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
       // What stands for the name here is an identifier of the context's own, good for creating the object.
       CLSID clsid{};
       ComPtr<IProvideClassInfo> object;

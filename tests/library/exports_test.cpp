@@ -219,7 +219,7 @@ TEST(UnloadTest, LeavesNothingBehindWhenItIsLoadedOnceMore) {
 }
 
 TEST(EveryClassTest, IsMadeByItsFactory) {
-  for (const LibraryType& type : creatableClasses()) {
+  for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     ComPtr<IClassFactory> factory;
     EXPECT_EQ(getClassObject(type.guid, IID_IClassFactory, factory.outVoid()), S_OK) << narrow(type.name);
     if (!factory) {
@@ -235,7 +235,7 @@ TEST(EveryClassTest, IsMadeByItsFactory) {
 }
 
 TEST(EveryClassTest, DescribesItself) {
-  for (const LibraryType& type : creatableClasses()) {
+  for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     SCOPED_TRACE(narrow(type.name));
     const auto object = createObject(type.guid);
     UINT count = 0;
@@ -272,7 +272,7 @@ TEST(EveryClassTest, DescribesItself) {
 }
 
 TEST(EveryClassTest, IsOneObjectThroughAllItsInterfaces) {
-  for (const LibraryType& type : creatableClasses()) {
+  for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     SCOPED_TRACE(narrow(type.name));
     const auto object = createObject(type.guid);
     const auto identity = object.query<IUnknown>(IID_IUnknown);

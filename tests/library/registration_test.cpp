@@ -195,7 +195,7 @@ class RegistrationTest : public testing::Test {
       names.insert(progId.substr(progId.find(L'.') + 1));
     }
     std::set<std::wstring> wanted;
-    for (const LibraryType& type : creatableClasses()) {
+    for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
       wanted.insert(type.name);
     }
     EXPECT_EQ(names, wanted);

@@ -110,8 +110,7 @@ std::vector<std::string> without(const std::set<std::string>& all, const std::se
 
 TEST(TypeLibraryTest, HasThePublicSurface) {
   const Surface expected = expectedSurface();
-  const Surface built = builtSurface();
-  ASSERT_FALSE(expected.empty());
+  Surface built = builtSurface();
   for (const auto& [type, members] : expected) {
     const auto found = built.find(type);
     if (found == built.end()) {
@@ -120,6 +119,10 @@ TEST(TypeLibraryTest, HasThePublicSurface) {
     }
     EXPECT_THAT(without(members, found->second), IsEmpty()) << "missing in " << type;
     EXPECT_THAT(without(found->second, members), IsEmpty()) << "not expected in " << type;
+    built.erase(found);
+  }
+  for (const auto& [type, members] : built) {
+    ADD_FAILURE() << "not in the listing: " << type;
   }
 }
 

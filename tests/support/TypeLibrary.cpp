@@ -1,7 +1,6 @@
 #include "support/TypeLibrary.h"
 
 #include <array>
-#include <set>
 #include <stdexcept>
 #include <string_view>
 
@@ -155,14 +154,6 @@ LibraryMember describeMember(ITypeInfo& info, const FUNCDESC& function) {
   return {text, std::wstring(name.view()), std::wstring(help.view())};
 }
 
-bool hasFactory(REFCLSID clsid) {
-  try {
-    return static_cast<bool>(classFactory(clsid));
-  } catch (const automation::Error&) {
-    return false;
-  }
-}
-
 }  // namespace
 
 ComPtr<ITypeLib> builtTypeLibrary() {
@@ -203,14 +194,6 @@ std::vector<LibraryType> libraryTypes(TYPEKIND kind) {
       types.push_back(std::move(type));
     }
   }
-  return types;
-}
-
-std::vector<LibraryType> creatableClasses() {
-  const std::set<std::wstring> ahead{L"CZEQFileSystemObject", L"CFileOperation", L"CFileOperationBatch"};
-  auto types = libraryTypes(TKIND_COCLASS);
-  std::erase_if(types,
-                [&](const LibraryType& type) { return ahead.contains(type.name) && !hasFactory(type.guid); });
   return types;
 }
 

@@ -39,9 +39,6 @@ struct LibraryMember {
 /// All its types of a kind, in order. Dual interfaces are of the kind TKIND_DISPATCH.
 [[nodiscard]] std::vector<LibraryType> libraryTypes(TYPEKIND kind);
 
-/// The classes of the library, less those whose code is still to come.
-[[nodiscard]] std::vector<LibraryType> creatableClasses();
-
 [[nodiscard]] LibraryType describeType(const automation::ComPtr<ITypeInfo>& info);
 
 /// The members of an interface or dispinterface, without those of IDispatch.
