@@ -3,7 +3,7 @@ function(zeq_compile_options target)
   target_compile_features(${target} PRIVATE cxx_std_20)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
-    -Wformat=2 -Wnull-dereference -Wduplicated-cond -Wlogical-op -Wimplicit-fallthrough
+    -Wformat=2 -Wnull-dereference $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op> -Wimplicit-fallthrough
     -Woverloaded-virtual)
   if(WIN32)
     target_compile_definitions(${target} PRIVATE
@@ -13,5 +13,8 @@ function(zeq_compile_options target)
   else()
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    if(ZEQ_FUZZ)  # The fuzzer follows which ways through the code its inputs take.
+      target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
   endif()
 endfunction()

@@ -28,42 +28,84 @@ inline std::int16_t shortPosition(std::size_t position) {
   return static_cast<std::int16_t>(position);
 }
 
-/// Searches again from the first character after each replacement.
+struct TooManySteps {};
+
+/// Searches again from the first character after each replacement; throws TooManySteps after so many of them.
 inline std::wstring replaceKeyword(std::wstring text, const std::wstring& keyword,
-                                   const std::wstring& replacement) {
+                                   const std::wstring& replacement,
+                                   int mostSteps = std::numeric_limits<int>::max()) {
   for (std::size_t found = text.find(keyword); found != std::wstring::npos; found = text.find(keyword)) {
     const auto before = static_cast<std::size_t>(shortPosition(found + 1) - 1);
+    if (mostSteps-- == 0) {
+      throw TooManySteps();
+    }
     text = text.substr(0, before) + replacement + text.substr(before + keyword.size());
   }
   return text;
 }
 
-/// Cuts a record step by step with 16-bit positions, ignoring case everywhere.
-inline std::vector<std::wstring> split(const std::wstring& record, const std::wstring& separator, bool trim,
-                                       bool countEmpty) {
-  std::vector<std::wstring> fields;
-  std::int16_t start = 1;
-  bool more = !record.empty();
-  while (more) {
-    const auto from = static_cast<std::size_t>(start - 1);
-    const std::size_t found = lowerCase(record).find(lowerCase(separator), from);
-    more = found != std::wstring::npos;
-    std::size_t end = more ? static_cast<std::size_t>(shortPosition(found + 1) - 1) : record.size();
-    std::wstring field = record.substr(from, end - from);
-    while (trim && !field.empty() && field.front() == L' ') {
-      field.erase(0, 1);
-    }
-    while (trim && !field.empty() && field.back() == L' ') {
-      field.pop_back();
-    }
-    if (!field.empty() || countEmpty) {
-      fields.push_back(field);
-    }
-    if (more) {
-      start = shortPosition(end + 1 + separator.size());
+/// Cuts its record step by step with 16-bit positions, ignoring case everywhere, at every change.
+class Splitter {
+ public:
+  void setCountsEmptyFields(bool count) { change(countEmpty_, count, count != countEmpty_); }
+  void setTrimsFields(bool trim) { change(trim_, trim, trim != trim_); }
+  void setSeparator(const std::wstring& separator) {
+    change(separator_, separator, !separator.empty() && separator != separator_);
+  }
+  void setRecord(const std::wstring& record) { change(record_, record, true); }
+  void split(const std::wstring& record, const std::wstring& separator, bool trim, bool countEmpty) {
+    setSeparator(separator);
+    setTrimsFields(trim);
+    setCountsEmptyFields(countEmpty);
+    setRecord(record);
+  }
+
+  [[nodiscard]] const std::vector<std::wstring>& fields() const { return fields_; }
+
+ private:
+  template <class Value>
+  void change(Value& property, const Value& value, bool takesPlace) {
+    if (takesPlace) {
+      property = value;
+      cut();
     }
   }
-  return fields;
-}
+
+  void cut() {
+    fields_.clear();
+    const std::wstring searched = lowerCase(record_);
+    const std::wstring mark = lowerCase(separator_);
+    std::int16_t start = 1;
+    bool more = !record_.empty();
+    while (more) {
+      const auto from = static_cast<std::size_t>(start - 1);
+      const std::size_t found = searched.find(mark, from);
+      more = found != std::wstring::npos;
+      const std::size_t end = more ? static_cast<std::size_t>(shortPosition(found + 1) - 1) : record_.size();
+      add(record_.substr(from, end - from));
+      if (more) {
+        start = shortPosition(end + 1 + mark.size());
+      }
+    }
+  }
+
+  void add(std::wstring field) {
+    while (trim_ && !field.empty() && field.front() == L' ') {
+      field.erase(0, 1);
+    }
+    while (trim_ && !field.empty() && field.back() == L' ') {
+      field.pop_back();
+    }
+    if (!field.empty() || countEmpty_) {
+      fields_.push_back(field);
+    }
+  }
+
+  bool countEmpty_ = false;
+  bool trim_ = true;
+  std::wstring separator_ = L" ";
+  std::wstring record_;
+  std::vector<std::wstring> fields_;
+};
 
 }  // namespace zeq::utility::model
