@@ -30,6 +30,7 @@ for program in "$build"/fuzz/bin/*_fuzz; do
   else
     failed=$((failed + 1))
     tail -n 30 "$log"
+    say "FAILED $target"
   fi
 done
 say

@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
-# Reads the sources with clang-tidy (.clang-tidy says what it looks for): what needs no Windows header as it is built for
-# this machine, the rest as it is built for 64-bit Windows. Arguments name files to read instead of all. It needs the
-# build's description of how each file is compiled, so it configures first, and the type library's header.
+# Reads the sources with clang-tidy (.clang-tidy says what it looks for): what needs no Windows header and the fuzzers as
+# they are built for this machine, the rest as it is built for 64-bit Windows. Arguments name files to read instead of
+# all. It needs the build's description of how each file is compiled, so it configures first, and the type library's
+# header.
 source "$(dirname "$0")/lib.sh"
 "$root/tools/setup.sh"
 
 triplet=x86_64-w64-mingw32
 log=$build/lint.log
 
-for preset in native win64; do
+for preset in native fuzz win64; do
   mkdir -p "$build"
   cmake --preset "$preset" >"$build/configure-$preset.log" 2>&1 || die "cmake failed, see $build/configure-$preset.log"
 done
@@ -30,10 +31,13 @@ else
 fi
 
 native=()
+fuzz=()
 windows=()
 for file in "${files[@]}"; do
   if grep -qF "\"file\": \"$root/$file\"" "$build/native/compile_commands.json"; then
     native+=("$file")
+  elif grep -qF "\"file\": \"$root/$file\"" "$build/fuzz/compile_commands.json"; then
+    fuzz+=("$file")
   elif grep -qF "\"file\": \"$root/$file\"" "$build/win64/compile_commands.json"; then
     windows+=("$file")
   else
@@ -58,6 +62,7 @@ tidy() {
 step "lint: ${#files[@]} files"
 : >"$log"
 tidy native "${native[@]}" -- --extra-arg=-Wno-unknown-warning-option
+tidy fuzz "${fuzz[@]}" --
 tidy win64 "${windows[@]}" -- "${windows_arguments[@]}"
 found=$(grep -cE '(warning|error):' "$log" || true)
 cat "$log"

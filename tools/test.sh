@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Proves the library: builds everything for this machine, 32-bit and 64-bit Windows, checks the format of the sources,
-# runs the portable tests under the sanitizers, the unit and component tests under Wine for both bitnesses, the scripts
-# of tests/clients with the registered library, builds the reference site, makes the package, installs and uninstalls it.
-# Ends with one line: N passed, N failed.
+# runs the portable tests and the fuzzers under the sanitizers, the unit and component tests under Wine for both
+# bitnesses, the scripts of tests/clients with the registered library, builds the reference site, makes the package,
+# installs and uninstalls it. Ends with one line: N passed, N failed.
 source "$(dirname "$0")/lib.sh"
 
 passed=0
@@ -85,6 +85,7 @@ check_format
 
 step "tests"
 run_tests "portable tests, native" "$build/native/bin/portable_tests"
+run_counted "fuzzers" tools/fuzz.sh
 use_prefix test
 for bits in 32 64; do
   for program in unit component; do

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -108,6 +109,15 @@ class KeyedPlaces {
   std::vector<Entry> entries_;
 };
 
+/// Whether a key is neither below nor above any other.
+template <class Key>
+bool isUnordered(const Key& /*key*/) noexcept {
+  return false;
+}
+inline bool isUnordered(double key) noexcept {
+  return std::isnan(key);
+}
+
 /// A part of keyed places that knows the highest and the lowest key of every stretch of them, so that passing
 /// over keys takes logarithmic time. Where partitions are uneven they swap little but pass over much.
 template <class Key>
@@ -190,15 +200,14 @@ class KeyedStretches {
     highest_[leaves_ + leaf] = lowest_[leaves_ + leaf] = key;
   }
 
-  /// A key that is not equal to itself (not a number) is neither below nor above any other, and stays on top
-  /// of both.
+  /// An unordered key stays on top of both, as passing over keys stops at it.
   void update(std::size_t node) noexcept {
     const std::size_t left = 2 * node;
     const std::size_t right = left + 1;
-    const auto isNone = [](const Key& key) { return !(key == key); };
     highest_[node] =
-        highest_[left] < highest_[right] || isNone(highest_[right]) ? highest_[right] : highest_[left];
-    lowest_[node] = lowest_[right] < lowest_[left] || isNone(lowest_[right]) ? lowest_[right] : lowest_[left];
+        highest_[left] < highest_[right] || isUnordered(highest_[right]) ? highest_[right] : highest_[left];
+    lowest_[node] =
+        lowest_[right] < lowest_[left] || isUnordered(lowest_[right]) ? lowest_[right] : lowest_[left];
   }
 
   KeyedPlaces<Key>& places_;

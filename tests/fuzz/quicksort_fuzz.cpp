@@ -1,5 +1,6 @@
 // Quick sort against its definition by recursion, swap for swap.
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <utility>
@@ -20,10 +21,9 @@ double anyKey(fuzz::Input& input) {
 }
 
 std::vector<std::uint32_t> placesOf(const std::vector<Places::Entry>& entries) {
-  std::vector<std::uint32_t> places;
-  for (const Places::Entry& each : entries) {
-    places.push_back(each.place);
-  }
+  std::vector<std::uint32_t> places(entries.size());
+  std::transform(entries.begin(), entries.end(), places.begin(),
+                 [](const Places::Entry& each) { return each.place; });
   return places;
 }
 

@@ -24,7 +24,7 @@ std::wstring outcome(Replace&& replace) {
 std::wstring anyText(fuzz::Input& input) {
   std::wstring text = input.text(40, L"ab");
   if (input.number(0, 63) == 1) {
-    text.insert(input.flag() ? 0 : text.size() / 2, static_cast<std::size_t>(input.number(32700, 32800)),
+    text.insert(input.flag() ? 0 : text.size() / 2, static_cast<std::size_t>(input.number(32740, 32770)),
                 L'x');
   }
   return text;

@@ -15,7 +15,7 @@ std::wstring anyRecord(fuzz::Input& input) {
   constexpr std::wstring_view alphabet(L"aAbB ,;\t\0\u00C4\u00E4\uFFFF", 12);
   std::wstring record = input.text(40, alphabet);
   if (input.number(0, 15) == 1) {
-    record.insert(record.size() / 2, static_cast<std::size_t>(input.number(32700, 32800)), L'x');
+    record.insert(record.size() / 2, static_cast<std::size_t>(input.number(32740, 32770)), L'x');
   }
   return record;
 }

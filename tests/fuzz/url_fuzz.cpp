@@ -11,13 +11,13 @@ namespace {
 
 /// A code page with one, two and three bytes a character.
 std::string encode(wchar_t character) {
-  const auto byte = [](unsigned value) { return static_cast<char>(value & 0xFFU); };
-  const auto code = static_cast<unsigned>(character);
+  const auto byte = [](int value) { return static_cast<char>(value & 0xFF); };
+  const int code = character & 0xFFFF;
   if (code < 0x100) {
     return {byte(code)};
   }
-  return code < 0x8000 ? std::string{byte(code >> 8U), byte(code)}
-                       : std::string{'\0', byte(code >> 8U), byte(code)};
+  return code < 0x8000 ? std::string{byte(code / 0x100), byte(code)}
+                       : std::string{'\0', byte(code / 0x100), byte(code)};
 }
 
 int digit(wchar_t character) {

@@ -39,7 +39,7 @@ inline std::wstring replaceKeyword(std::wstring text, const std::wstring& keywor
     if (mostSteps-- == 0) {
       throw TooManySteps();
     }
-    text = text.substr(0, before) + replacement + text.substr(before + keyword.size());
+    text.replace(before, keyword.size(), replacement);
   }
   return text;
 }
