@@ -1,8 +1,6 @@
 #include "support/Leaks.h"
 
 #include <gmock/gmock.h>
-#include <objbase.h>
-#include <objidl.h>
 #include <winternl.h>
 
 #include <algorithm>
@@ -11,76 +9,14 @@
 #include <string>
 #include <vector>
 
+#include "support/Allocations.h"
+
 namespace zeq::test {
 namespace {
 
 template <class Function>
 Function entryPoint(HMODULE module, const char* name) {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
-
-/// Counts the blocks of COM's task allocator.
-class Spy final : public IMallocSpy {
- public:
-  [[nodiscard]] long blocks() const noexcept { return InterlockedCompareExchange(&blocks_, 0, 0); }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IMallocSpy)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IMallocSpy*>(this);
-    return S_OK;
-  }
-  // It lives as long as the process.
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
-
-  STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) noexcept override { return size; }
-  STDMETHODIMP_(void*) PostAlloc(void* block) noexcept override {
-    if (block != nullptr) {
-      InterlockedIncrement(&blocks_);
-    }
-    return block;
-  }
-  STDMETHODIMP_(void*) PreFree(void* block, BOOL counted) noexcept override {
-    if (block != nullptr && counted != FALSE) {
-      InterlockedDecrement(&blocks_);
-    }
-    return block;
-  }
-  STDMETHODIMP_(void) PostFree(BOOL /*counted*/) noexcept override {}
-  STDMETHODIMP_(SIZE_T)
-  PreRealloc(void* block, SIZE_T size, void** newBlock, BOOL /*counted*/) noexcept override {
-    *newBlock = block;
-    return size;
-  }
-  STDMETHODIMP_(void*) PostRealloc(void* block, BOOL /*counted*/) noexcept override { return block; }
-  STDMETHODIMP_(void*) PreGetSize(void* block, BOOL /*counted*/) noexcept override { return block; }
-  STDMETHODIMP_(SIZE_T) PostGetSize(SIZE_T size, BOOL /*counted*/) noexcept override { return size; }
-  STDMETHODIMP_(void*) PreDidAlloc(void* block, BOOL /*counted*/) noexcept override { return block; }
-  STDMETHODIMP_(int) PostDidAlloc(void* /*block*/, BOOL /*counted*/, int result) noexcept override {
-    return result;
-  }
-  STDMETHODIMP_(void) PreHeapMinimize() noexcept override {}
-  STDMETHODIMP_(void) PostHeapMinimize() noexcept override {}
-
- private:
-  mutable LONG blocks_ = 0;
-};
-
-const Spy& spy() {
-  static Spy instance;
-  static const bool registered = [] {
-    if (const auto setNoCache = entryPoint<void(WINAPI*)()>(LoadLibraryW(L"oleaut32.dll"), "SetOaNoCache")) {
-      setNoCache();
-    }
-    return SUCCEEDED(CoRegisterMallocSpy(&instance));
-  }();
-  if (!registered) {
-    throw std::runtime_error("task memory cannot be counted");
-  }
-  return instance;
 }
 
 std::size_t busyBlocks() {
@@ -145,8 +81,9 @@ bool componentInUse() {
 }
 
 std::string describe(const Holdings& held) {
-  return std::to_string(held.heapBlocks) + " heap blocks, " + std::to_string(held.taskMemory) +
-         " blocks of task memory, " + std::to_string(held.handles) + " handles, component " +
+  return std::to_string(held.heapBlocks) + " heap blocks, " + std::to_string(held.componentBlocks) +
+         " of the component, " + std::to_string(held.taskMemory) + " blocks of task memory, " +
+         std::to_string(held.handles) + " handles, component " +
          (held.componentInUse ? "in use" : "not in use");
 }
 
@@ -154,7 +91,8 @@ std::string describe(const Holdings& held) {
 
 Holdings holdings() {
   Holdings held;
-  held.taskMemory = spy().blocks();
+  held.componentBlocks = componentBlocks();
+  held.taskMemory = taskBlocks();
   held.handles = openHandles();
   held.componentInUse = componentInUse();
   held.heapBlocks = busyBlocks();

@@ -8,13 +8,17 @@
 #include <functional>
 #include <vector>
 
+#include "automation/ComPtr.h"
 #include "automation/Variant.h"
 #include "torture/Random.h"
 
 namespace zeq::torture {
 
-/// Where objects for arguments come from: returns one without a reference, or null.
-using ObjectSource = std::function<IDispatch*()>;
+/// Where objects for arguments come from; now and then there is none.
+using ObjectSource = std::function<automation::ComPtr<IDispatch>()>;
+
+/// A value of any type that is no object and no array.
+[[nodiscard]] automation::Variant randomValue(Random& random);
 
 /// One argument list with everything that it refers to.
 class Arguments {
@@ -29,8 +33,8 @@ class Arguments {
 
  private:
   [[nodiscard]] automation::Variant value();
-  [[nodiscard]] automation::Variant number();
   [[nodiscard]] automation::Variant array();
+  [[nodiscard]] automation::Variant element(VARTYPE type);
   [[nodiscard]] VARIANT reference();
 
   Random& random_;

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t mostObjects = 60;
 constexpr std::size_t mostSinks = 20;
+constexpr std::size_t mostEnumerators = 10;
 constexpr int deepest = 3;
 
 /// Members that would end the test program, start other programs or wait for a person: they have tests of
@@ -29,9 +30,12 @@ bool isLeftOut(const std::wstring& type, const std::wstring& member) {
 }
 
 /// Members that keep the object given to them and have no member to let it go: a ring of objects that hold
-/// each other would be the client's leak, so that they get none of the component's own objects.
+/// each other would be the client's leak, so that they get strangers only, which hold nothing.
 bool keepsItsArgument(const std::wstring& type, const std::wstring& member) {
-  return type == L"CZEQAudit" || (type == L"CWizardStepDetails" && member == L"TheStep") ||
+  static const std::vector<std::wstring> types{L"CZEQAudit",    L"CRangeMapper", L"CAppSetting",
+                                               L"CAppSettings", L"CAppOptions",  L"CIniFileEx"};
+  return std::find(types.begin(), types.end(), type) != types.end() ||
+         (type == L"CWizardStepDetails" && member == L"TheStep") ||
          (type == L"CWizard" && member == L"AddStep");
 }
 
@@ -50,7 +54,7 @@ bool isAllowed(HRESULT code) {
   if (SUCCEEDED(code) || HRESULT_FACILITY(code) == FACILITY_DISPATCH) {
     return true;
   }
-  return code == E_OUTOFMEMORY || code == E_INVALIDARG || code == E_POINTER;
+  return code == E_OUTOFMEMORY || code == E_INVALIDARG || code == E_POINTER || code == Stranger::failure;
 }
 
 bool isAllowedError(HRESULT code) {
@@ -76,13 +80,19 @@ std::wstring nameOf(ITypeInfo& info, MEMBERID member) {
 }  // namespace
 
 World::World(Random& random)
-    : random_(random), objectSource_([this] { return anyObject(); }), plainObjects_([] { return nullptr; }) {
+    : random_(random),
+      objectSource_([this] { return anyObject(); }),
+      strangers_([this] { return stranger(); }),
+      answer_([this](const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception) {
+        return answer(arguments, result, exception);
+      }) {
   readClasses();
 }
 
 World::~World() {
   sinks_.clear();
   retired_.clear();
+  enumerators_.clear();
   while (!live_.empty()) {
     forget();
   }
@@ -150,6 +160,8 @@ void World::step() {
     connect();
   } else if (kind < 16 && !sinks_.empty()) {
     sinks_.erase(sinks_.begin() + static_cast<std::ptrdiff_t>(random_.below(sinks_.size())));
+  } else if (kind < 19) {
+    enumerate();
   } else {
     callRandomMember();
   }
@@ -197,7 +209,7 @@ void World::callRandomMember() {
 
 void World::call(const Class& type, const ComPtr<IDispatch>& object, const Member& member) {
   ++calls_;
-  Arguments arguments(random_, keepsItsArgument(type.name, member.name) ? plainObjects_ : objectSource_);
+  Arguments arguments(random_, keepsItsArgument(type.name, member.name) ? strangers_ : objectSource_);
   std::size_t count = member.parameters;
   if (random_.chance(15)) {
     count = random_.below(count + 3);
@@ -246,6 +258,10 @@ void World::call(const Class& type, const ComPtr<IDispatch>& object, const Membe
   }
   if (result.type() == VT_DISPATCH) {
     keep(result.get().pdispVal);
+  } else if (result.type() == VT_UNKNOWN && enumerators_.size() < mostEnumerators) {
+    if (auto enumerator = ComPtr<IUnknown>(result.get().punkVal).query<IEnumVARIANT>()) {
+      enumerators_.push_back(std::move(enumerator));
+    }
   }
 }
 
@@ -268,34 +284,78 @@ const World::Class* World::classOf(IDispatch* object) const {
   return found != classes_.end() ? &*found : nullptr;
 }
 
-IDispatch* World::anyObject() {
-  return live_.empty() || random_.chance(10) ? nullptr : random_.pick(live_).object.get();
+ComPtr<IDispatch> World::anyObject() {
+  if (live_.empty() || random_.chance(10)) {
+    return nullptr;
+  }
+  return random_.chance(15) ? stranger() : random_.pick(live_).object;
 }
 
-void World::onEvent(std::vector<VARIANT*>& arguments) {
+ComPtr<IDispatch> World::stranger() {
+  static const std::vector<Stranger::Kind> kinds{Stranger::Kind::knowsEveryName,
+                                                 Stranger::Kind::knowsEveryName, Stranger::Kind::knowsNoName,
+                                                 Stranger::Kind::answersNoName};
+  return random_.chance(10) ? nullptr : Stranger::make(random_.pick(kinds), answer_);
+}
+
+/// Goes on with an enumerator of a collection that may have changed or gone meanwhile.
+void World::enumerate() {
+  if (enumerators_.empty()) {
+    return;
+  }
+  const std::size_t index = random_.below(enumerators_.size());
+  const ComPtr<IEnumVARIANT> enumerator = enumerators_[index];
+  std::array<VARIANT, 4> items{};
+  ULONG fetched = 0;
+  ComPtr<IEnumVARIANT> copy;
+  switch (random_.below(5)) {
+    case 0:
+      enumerators_.erase(enumerators_.begin() + static_cast<std::ptrdiff_t>(index));
+      break;
+    case 1:
+      enumerator->Reset();
+      break;
+    case 2:
+      enumerator->Skip(static_cast<ULONG>(random_.below(3)));
+      break;
+    case 3:
+      if (SUCCEEDED(enumerator->Clone(copy.out()))) {
+        enumerators_[index] = copy;
+      }
+      break;
+    default:
+      enumerator->Next(static_cast<ULONG>(random_.below(items.size() + 1)), items.data(), &fetched);
+      std::for_each_n(items.begin(), fetched, [](VARIANT& item) { VariantClear(&item); });
+  }
+}
+
+/// What a handler or a stranger leaves in the variables that it is given.
+void World::onEvent(const std::vector<VARIANT*>& arguments) {
   for (VARIANT* argument : arguments) {
     if (argument->vt == (VT_BYREF | VT_BOOL)) {
       *argument->pboolVal = random_.chance(50) ? VARIANT_TRUE : VARIANT_FALSE;
     } else if (argument->vt == (VT_BYREF | VT_I4)) {
       *argument->plVal = static_cast<long>(random_.below(6));
     } else if (argument->vt == (VT_BYREF | VT_DISPATCH) && random_.chance(30)) {
-      IDispatch* other = anyObject();
-      if (other != nullptr) {
-        other->AddRef();
-      }
+      IDispatch* other = anyObject().detach();
       if (IDispatch* old = std::exchange(*argument->ppdispVal, other)) {
         old->Release();
       }
     }
   }
+  reenter();
+}
+
+/// Uses the component in the middle of one of its calls.
+void World::reenter() {
   if (depth_ >= deepest) {
     return;
   }
   ++depth_;
   const std::size_t kind = random_.below(10);
-  if (kind < 3) {
+  if (kind < 3 && !live_.empty()) {
     callRandomMember();
-  } else if (kind == 3) {
+  } else if (kind == 3 && !live_.empty()) {
     forget();
   } else if (kind == 4 && !sinks_.empty()) {
     // The sink may be the one that is being called: it goes when the event is over.
@@ -303,10 +363,32 @@ void World::onEvent(std::vector<VARIANT*>& arguments) {
     retired_.push_back(std::move(sinks_[static_cast<std::size_t>(index)]));
     sinks_.erase(sinks_.begin() + index);
     retired_.back()->disconnect();
-  } else if (kind == 5) {
+  } else if (kind == 5 && !live_.empty()) {
     connect();
   }
   --depth_;
+}
+
+HRESULT World::answer(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception) {
+  std::vector<VARIANT*> list;
+  for (UINT i = 0; i < arguments.cArgs; ++i) {
+    list.push_back(&arguments.rgvarg[i]);
+  }
+  onEvent(list);
+  if (random_.chance(20)) {
+    if (exception == nullptr || random_.chance(50)) {
+      return Stranger::failure;
+    }
+    exception->scode = Stranger::failure;
+    exception->bstrDescription = SysAllocString(L"a stranger's failure");
+    return DISP_E_EXCEPTION;
+  }
+  if (result != nullptr) {
+    // Small numbers mostly, because they are taken for counts.
+    *result =
+        (random_.chance(70) ? Variant(static_cast<long>(random_.below(4))) : randomValue(random_)).detach();
+  }
+  return S_OK;
 }
 
 }  // namespace zeq::torture

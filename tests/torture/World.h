@@ -13,6 +13,7 @@
 #include "support/Component.h"
 #include "torture/Arguments.h"
 #include "torture/Random.h"
+#include "torture/Stranger.h"
 
 namespace zeq::torture {
 
@@ -67,15 +68,21 @@ class World {
   void callRandomMember();
   void call(const Class& type, const automation::ComPtr<IDispatch>& object, const Member& member);
   void keep(IDispatch* object);
-  void onEvent(std::vector<VARIANT*>& arguments);
-  [[nodiscard]] IDispatch* anyObject();
+  void enumerate();
+  void onEvent(const std::vector<VARIANT*>& arguments);
+  void reenter();
+  HRESULT answer(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception);
+  [[nodiscard]] automation::ComPtr<IDispatch> anyObject();
+  [[nodiscard]] automation::ComPtr<IDispatch> stranger();
   [[nodiscard]] const Class* classOf(IDispatch* object) const;
 
   Random& random_;
   ObjectSource objectSource_;
-  ObjectSource plainObjects_;
+  ObjectSource strangers_;
+  Stranger::Answer answer_;
   std::vector<Class> classes_;
   std::vector<Live> live_;
+  std::vector<automation::ComPtr<IEnumVARIANT>> enumerators_;
   std::vector<std::unique_ptr<test::Sink>> sinks_;
   std::vector<std::unique_ptr<test::Sink>> retired_;  ///< Disconnected during an event; destroyed after it.
   long long calls_ = 0;

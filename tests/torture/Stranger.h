@@ -1,0 +1,54 @@
+#pragma once
+// An object of the client's own: it knows every name or none, and answers calls as chance has it. The
+// component must bear it wherever it takes an object.
+
+#include <windows.h>
+#include <oleauto.h>
+
+#include <functional>
+
+#include "automation/ComPtr.h"
+
+namespace zeq::torture {
+
+class Stranger final : public IDispatch {
+ public:
+  enum class Kind {
+    knowsEveryName,
+    knowsNoName,
+    answersNoName,  ///< It has no IDispatch at all.
+  };
+  /// What its calls fail with; a member that calls it may pass that on.
+  static constexpr HRESULT failure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x2FF);
+
+  using Answer = std::function<HRESULT(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception)>;
+
+  /// `answer` lasts longer than the object.
+  [[nodiscard]] static automation::ComPtr<IDispatch> make(Kind kind, const Answer& answer) {
+    return automation::ComPtr<IDispatch>::attach(new Stranger(kind, answer));
+  }
+
+  /// How many there are.
+  [[nodiscard]] static long alive() noexcept { return alive_; }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override;
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override;
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override;
+  STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override;
+  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID locale,
+                             DISPID* ids) noexcept override;
+  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept override;
+
+ private:
+  Stranger(Kind kind, const Answer& answer) : kind_(kind), answer_(answer) { ++alive_; }
+  ~Stranger() { --alive_; }
+
+  Kind kind_;
+  const Answer& answer_;
+  ULONG references_ = 1;
+  static inline long alive_ = 0;
+};
+
+}  // namespace zeq::torture
