@@ -98,13 +98,13 @@ class Adapter : public Interface {
   STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override {
     return caller_.target()->GetTypeInfo(index, locale, info);
   }
-  STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID locale,
+  STDMETHODIMP GetIDsOfNames(REFIID /*reserved*/, wchar_t** names, UINT count, LCID locale,
                              DISPID* ids) noexcept override {
-    return caller_.target()->GetIDsOfNames(reserved, names, count, locale, ids);
+    return caller_.findNames(names, count, locale, ids);
   }
-  STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+  STDMETHODIMP Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD flags, DISPPARAMS* arguments,
                       VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept override {
-    return caller_.target()->Invoke(id, reserved, locale, flags, arguments, result, exception, argumentError);
+    return caller_.invokeMember(id, locale, flags, arguments, result, exception, argumentError);
   }
 
  protected:

@@ -2,6 +2,7 @@
 // Calls an automation object that is known by the names of its members only.
 
 #include <windows.h>
+#include <dispex.h>
 #include <oleauto.h>
 
 #include <utility>
@@ -12,13 +13,21 @@
 
 namespace zeq::automation {
 
-/// The members throw Error: number 438 for a name that the object does not have, else what the object
-/// reports.
+/// An object that has IDispatchEx is called through it: the instances of a script's class may answer nothing
+/// through IDispatch itself. The members throw Error: number 438 for a name that the object does not have,
+/// else what the object reports.
 class NamedCaller {
  public:
-  explicit NamedCaller(IDispatch* target) noexcept : target_(target) {}
+  explicit NamedCaller(IDispatch* target) noexcept
+      : target_(target), extended_(target_.query<IDispatchEx>()) {}
 
   [[nodiscard]] IDispatch* target() const noexcept { return target_.get(); }
+
+  /// What IDispatch::GetIDsOfNames and IDispatch::Invoke of the target answer, for those that pass its calls
+  /// on. The target must not be null.
+  HRESULT findNames(wchar_t** names, UINT count, LCID locale, DISPID* ids) const noexcept;
+  HRESULT invokeMember(DISPID id, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                       EXCEPINFO* exception, UINT* argumentError) const noexcept;
 
   /// Calls a method. See CallArgument for what can be passed.
   template <class... Arguments>
@@ -53,6 +62,7 @@ class NamedCaller {
   Variant invoke(const wchar_t* name, WORD flags, VARIANTARG* arguments, UINT count) const;
 
   ComPtr<IDispatch> target_;
+  ComPtr<IDispatchEx> extended_;
 };
 
 }  // namespace zeq::automation

@@ -2,8 +2,10 @@
 
 #include "automation/Adapter.h"
 
+#include <dispex.h>
 #include <gmock/gmock.h>
 
+#include <array>
 #include <functional>
 #include <map>
 
@@ -82,6 +84,62 @@ class ScriptObject final : public IDispatch {
   ULONG references_ = 1;
   std::map<std::wstring, DISPID> names_;
   std::vector<Member> members_;
+};
+
+/// The same object as script hosts make it whose class instances leave the questions of IDispatch itself
+/// unanswered: its members are found and called through IDispatchEx only.
+class ExtendedObject final : public IDispatchEx {
+ public:
+  [[nodiscard]] static ComPtr<IDispatch> of(const ComPtr<ScriptObject>& members) {
+    return ComPtr<IDispatch>::attach(new ExtendedObject(members));
+  }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
+    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
+        !IsEqualIID(iid, __uuidof(IDispatchEx))) {
+      *object = nullptr;
+      return E_NOINTERFACE;
+    }
+    *object = static_cast<IDispatchEx*>(this);
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() noexcept override {
+    const ULONG left = --references_;
+    if (left == 0) {
+      delete this;
+    }
+    return left;
+  }
+  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override { return members_->GetTypeInfoCount(count); }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                      UINT*) noexcept override {
+    return E_NOTIMPL;
+  }
+  STDMETHODIMP GetDispID(BSTR name, DWORD flags, DISPID* id) noexcept override {
+    EXPECT_EQ(flags, static_cast<DWORD>(fdexNameCaseInsensitive));
+    return members_->GetIDsOfNames(IID_NULL, &name, 1, 0, id);
+  }
+  STDMETHODIMP InvokeEx(DISPID id, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, IServiceProvider*) noexcept override {
+    return members_->Invoke(id, IID_NULL, 0, flags, parameters, result, exception, nullptr);
+  }
+  STDMETHODIMP DeleteMemberByName(BSTR, DWORD) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP DeleteMemberByDispID(DISPID) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetMemberProperties(DISPID, DWORD, DWORD*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetMemberName(DISPID, BSTR*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetNextDispID(DWORD, DISPID, DISPID*) noexcept override { return E_NOTIMPL; }
+  STDMETHODIMP GetNameSpaceParent(IUnknown**) noexcept override { return E_NOTIMPL; }
+
+ private:
+  explicit ExtendedObject(ComPtr<ScriptObject> members) noexcept : members_(std::move(members)) {}
+  ~ExtendedObject() = default;
+
+  ULONG references_ = 1;
+  ComPtr<ScriptObject> members_;
 };
 
 HRESULT answer(const ScriptObject::Call& call, Variant value) {
@@ -195,6 +253,28 @@ TEST_F(AdapterTest, AnObjectThatAnswersByNameServes) {
   Variant variable(stepArgument);
   EXPECT_EQ(probe.get(L"RaiseLevel", byRef(variable)).get().lVal, 3);
   EXPECT_EQ(level, 3);
+}
+
+TEST_F(AdapterTest, AnObjectThatAnswersThroughTheExtendedInterfaceOnlyServes) {
+  Variant extended(ExtendedObject::of(step).get());
+  Variant next(std::wstring_view(L"the"));
+  const Outcome outcome = probe.call(L"RunStep", extended, byRef(next));
+  ASSERT_EQ(outcome.code, S_OK);
+  EXPECT_EQ(outcome.value.get().lVal, 2);
+  EXPECT_EQ(textIn(next), L"the next");
+  EXPECT_EQ(probe.get(L"RaiseLevel", extended).get().lVal, 2);
+  EXPECT_EQ(level, 2);
+  const NamedCaller caller(extended.get().pdispVal);
+  EXPECT_THROW(static_cast<void>(caller.get(L"Missing")), Error);
+  // Clients that know IDispatch only reach its members through the adapter.
+  const auto adapted = automation::adaptTo(__uuidof(IProbeStep), extended.get().pdispVal);
+  const auto asDispatch = adapted.query<IDispatch>(IID_IDispatch);
+  EXPECT_EQ(textIn(Late(asDispatch).get(L"Level")), L"2");
+  std::array names{const_cast<wchar_t*>(L"Run"), const_cast<wchar_t*>(L"Caption")};
+  std::array<DISPID, names.size()> ids{};
+  EXPECT_EQ(asDispatch->GetIDsOfNames(IID_NULL, names.data(), 2, LOCALE_USER_DEFAULT, ids.data()),
+            DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids[1], DISPID_UNKNOWN);
 }
 
 TEST_F(AdapterTest, AnObjectThatImplementsTheInterfaceIsUsedDirectly) {

@@ -6,7 +6,9 @@ trace = ""
 freed = 0
 
 Class Page
-  Public Outcome, NextKey, Topic
+  Public Outcome
+  Public NextKey
+  Public Topic
   Public Function Execute(CaptionA, PermitBackA, PermitNextA, PermitFinishA, ByRef SubsequentStepKeyA, HelpProviderA)
     trace = trace & CaptionA & " " & PermitBackA & PermitNextA & PermitFinishA & " [" & SubsequentStepKeyA & "]; "
     If Not HelpProviderA Is Nothing Then HelpProviderA.ShowHelp Topic, "Main", "Print"
@@ -35,9 +37,11 @@ Class Failing
 End Class
 
 Function NewPage(outcome, nextKey)
-  Set NewPage = New Page
-  NewPage.Outcome = outcome
-  NewPage.NextKey = nextKey
+  Dim made
+  Set made = New Page
+  made.Outcome = outcome
+  made.NextKey = nextKey
+  Set NewPage = made
 End Function
 
 Function TraceOf()
