@@ -1,6 +1,8 @@
 #pragma once
 // The private-profile (ini file) functions of the system, in its narrow code page. A file that is named
-// without a folder lies in the Windows folder. Where a null pointer has a meaning of its own it is said.
+// without a folder lies in the Windows folder. A file whose name or whole path has 260 characters or more
+// counts as one that is not there and cannot be made. Where a null pointer has a meaning of its own it is
+// said.
 
 #include <cstddef>
 #include <span>
