@@ -89,6 +89,25 @@ const Scenario changesScenario(L"CZEQFileSystemObject's changes", [] {
   equal(L"it is gone", exists(file.text()), false);
 });
 
+const Scenario attachmentScenario(L"CAttachment", [] {
+  const Object<_CAttachment> attachment(L"CAttachment");
+  CALL(attachment, Create, L"C:\\docs\\plan.none");
+  equal(L"the path", GET(attachment, FullPath), L"C:\\docs\\plan.none");
+  equal(L"the folder", GET(attachment, Location), L"C:\\docs");
+  equal(L"the name", GET(attachment, Name), L"plan");
+  equal(L"the extension", GET(attachment, Extension), L"none");
+  equal(L"the type is a text", GET(attachment, Association).get().vt == VT_BSTR, true);
+  equal(L"there is no icon", GET(attachment, IconKey), L"");
+  equal(L"a missing file is not opened", CALL(attachment, Execute), false);
+  PUT(attachment, FullPath, scratchFolder());
+  PUT(attachment, Location, L"D:\\");
+  PUT(attachment, Name, L"other");
+  PUT(attachment, Extension, L"doc");
+  PUT(attachment, Association, L"Plan");
+  PUT(attachment, IconKey, L"paper");
+  equal(L"what is shown can be changed", GET(attachment, Name), L"other");
+});
+
 const Scenario driveScenario(L"CFakeDrive", [] {
   const Object<_CFakeDrive> drive(L"CFakeDrive");
   PUT(drive, Name, L"C:");
