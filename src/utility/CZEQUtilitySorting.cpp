@@ -36,9 +36,6 @@ class Arrays {
     rank_.swap(one, other);
     data_.swap(one, other);
   }
-  [[nodiscard]] static bool sortIfDifferent(std::int64_t /*low*/, std::int64_t /*high*/) noexcept {
-    return false;
-  }
 
  private:
   VariantArray& rank_;
@@ -47,9 +44,13 @@ class Arrays {
 
 // Keys that compare as the elements do which they are taken from, as long as all elements have one.
 
-/// An integer or a double.
+/// An integer, a double or what acts as one.
 std::optional<double> asNumber(const VARIANT& value) noexcept {
   switch (value.vt) {
+    case VT_EMPTY:
+      return 0;
+    case VT_BOOL:
+      return value.boolVal;
     case VT_UI1:
       return value.bVal;
     case VT_I2:
@@ -71,15 +72,43 @@ std::optional<double> asDate(const VARIANT& value) noexcept {
   return value.vt == VT_DATE ? std::optional(value.date) : std::nullopt;
 }
 
-std::optional<std::wstring_view> asText(const VARIANT& value) noexcept {
-  return value.vt == VT_BSTR ? std::optional(automation::text(value.bstrVal)) : std::nullopt;
+std::optional<std::int64_t> asCurrency(const VARIANT& value) noexcept {
+  return value.vt == VT_CY ? std::optional<std::int64_t>(value.cyVal.int64) : std::nullopt;
 }
 
-/// Sorts by keys and then moves each element once. False if an element has no such key.
+std::optional<std::int64_t> asLongInteger(const VARIANT& value) noexcept {
+  return value.vt == VT_I8 ? std::optional<std::int64_t>(value.llVal) : std::nullopt;
+}
+
+struct Decimal {
+  DECIMAL value;
+  bool operator<(const Decimal& other) const noexcept {
+    return VarDecCmp(const_cast<DECIMAL*>(&value), const_cast<DECIMAL*>(&other.value)) ==
+           static_cast<HRESULT>(VARCMP_LT);
+  }
+};
+
+std::optional<Decimal> asDecimal(const VARIANT& value) noexcept {
+  return value.vt == VT_DECIMAL ? std::optional(Decimal{value.decVal}) : std::nullopt;
+}
+
+/// A text; an empty value acts as an empty one.
+std::optional<std::wstring_view> asText(const VARIANT& value) noexcept {
+  switch (value.vt) {
+    case VT_EMPTY:
+      return L"";
+    case VT_BSTR:
+      return automation::text(value.bstrVal);
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Sorts by keys and then moves each element once. False, and nothing is done, if an element has no such key.
 template <class Key>
 bool sortByKeys(VariantArray& rank, VariantArray& data, const Part& part,
                 std::optional<Key> (*keyOf)(const VARIANT&) noexcept) {
-  KeyedPlaces<Key> places(part.low);
+  KeyedPlaces<Key> places(part.low, static_cast<std::size_t>(part.high - part.low + 1));
   for (std::int64_t index = part.low; index <= part.high; ++index) {
     const std::optional<Key> key = keyOf(rank.borrowed(index));
     if (!key) {
@@ -95,10 +124,11 @@ bool sortByKeys(VariantArray& rank, VariantArray& data, const Part& part,
 }
 
 void sortTogether(VariantArray& rank, VariantArray& data, const Part& part) {
+  const auto sortBy = [&](auto keyOf) { return sortByKeys(rank, data, part, keyOf); };
   const bool isInside = part.low <= part.high && rank.has(part.low) && rank.has(part.high) &&
                         data.has(part.low) && data.has(part.high) && !rank.isSameAs(data);
-  if (isInside && (sortByKeys(rank, data, part, &asNumber) || sortByKeys(rank, data, part, &asText) ||
-                   sortByKeys(rank, data, part, &asSingle) || sortByKeys(rank, data, part, &asDate))) {
+  if (isInside && (sortBy(&asNumber) || sortBy(&asText) || sortBy(&asSingle) || sortBy(&asDate) ||
+                   sortBy(&asCurrency) || sortBy(&asLongInteger) || sortBy(&asDecimal))) {
     return;
   }
   Arrays arrays(rank, data);

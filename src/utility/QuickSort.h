@@ -38,10 +38,12 @@ std::pair<std::int64_t, std::int64_t> partition(Elements& elements, const Part& 
   return {i, j};
 }
 
-/// Sorts the elements of a part. Elements have
-///   key(index)                     the key at an index
-///   passBelow(index, high, key)    the first index from `index` on whose key is not below `key`, but `high`
-///   at most passAbove(index, low, key)     the same to the left, for keys above `key` swap(index, index)
+/// Sorts the elements of a part. Elements have these members:
+/// - key(index): the key at an index;
+/// - passBelow(index, high, key): the first index from `index` on whose key is not below `key`, at most
+/// `high`;
+/// - passAbove(index, low, key): the same to the left for keys above `key`, at least `low`;
+/// - swap(index, index).
 /// `sortOtherwise` is asked before each step; it may sort the part itself and return true.
 template <class Elements, class SortOtherwise>
 void quickSort(Elements& elements, const Part& whole, SortOtherwise&& sortOtherwise) {
@@ -76,7 +78,9 @@ class KeyedPlaces {
     std::uint32_t place;
   };
 
-  explicit KeyedPlaces(std::int64_t first) noexcept : first_(first) {}
+  explicit KeyedPlaces(std::int64_t first, std::size_t expected = 0) : first_(first) {
+    entries_.reserve(expected);
+  }
 
   void append(Key key) { entries_.push_back({key, static_cast<std::uint32_t>(entries_.size())}); }
 

@@ -177,35 +177,41 @@ TEST_F(CZEQUtilitySortingTest, KeepsToItsRange) {
 
 TEST_F(CZEQUtilitySortingTest, MakesTheSwapsOfTheDefinition) {
   std::mt19937 random(5);
-  const auto anyValue = [&](int kinds) -> Variant {
-    switch (random() % static_cast<unsigned>(kinds)) {
-      case 0:
-        return value(static_cast<int>(random() % 10));
-      case 1:
-        return value(static_cast<short>(random() % 10));
-      case 2:
-        return value(random() % 20 / 2.0);
-      case 3:
-        return value(std::wstring(1, static_cast<wchar_t>(L'0' + random() % 10)));
-      case 4:
+  const auto anyValue = [&](VARTYPE type) -> Variant {
+    switch (type) {
+      case VT_NULL:
         return Variant::null();
-      case 5:
-        return Variant();
-      case 6:
+      case VT_EMPTY:
+        return {};
+      case VT_BOOL:
         return value(random() % 2 == 0);
-      default:
-        return inType(VT_CY, value(random() % 20 / 2.0));
+      case VT_BSTR:
+        return value(std::wstring(random() % 2, static_cast<wchar_t>(L'0' + random() % 10)));
+      default: {
+        const bool isWhole = type == VT_UI1 || type == VT_I2 || type == VT_I4 || type == VT_I8;
+        return inType(type, value(isWhole ? random() % 10 : random() % 20 / 2.0 - 5));
+      }
     }
   };
+  // Values of one type, those that compare as numbers or as texts, and all together.
+  const std::vector<std::vector<VARTYPE>> mixtures{
+      {VT_I4, VT_I2, VT_R8, VT_UI1, VT_BOOL, VT_EMPTY},
+      {VT_BSTR, VT_EMPTY},
+      {VT_R4},
+      {VT_DATE},
+      {VT_CY},
+      {VT_I8},
+      {VT_DECIMAL},
+      {VT_I4, VT_I2, VT_R8, VT_BSTR, VT_NULL, VT_EMPTY, VT_BOOL, VT_CY}};
   const auto less = [](const Variant& one, const Variant& other) {
     return VarCmp(const_cast<VARIANT*>(&one.get()), const_cast<VARIANT*>(&other.get()), LOCALE_USER_DEFAULT,
                   0) == static_cast<HRESULT>(VARCMP_LT);
   };
-  for (int round = 0; round < 400; ++round) {
+  for (std::size_t round = 0; round < 1000; ++round) {
+    const std::vector<VARTYPE>& types = mixtures[round % mixtures.size()];
     std::vector<Variant> values(random() % 40 + 1);
-    const int kinds = round % 2 == 0 ? 3 : 8;  // Numbers alone, or values of all kinds.
     for (Variant& each : values) {
-      each = anyValue(kinds);
+      each = anyValue(types[random() % types.size()]);
     }
     const long last = static_cast<long>(values.size()) - 1;
     Array rank(values);
@@ -297,6 +303,28 @@ TEST_F(CZEQUtilitySortingTest, SortsAMillionElements) {
     keys[i] = static_cast<double>(std::min(i, count - i));
   }
   sorts();
+}
+
+TEST_F(CZEQUtilitySortingTest, SortsAMillionElementsInTheWorstOrder) {
+  constexpr std::size_t count = 1000000;
+  const std::vector<std::size_t> order = utility::model::worstOrder(count);
+  const auto sortsInto = [&](Array& rank) {
+    Array data(VT_I4, count);
+    std::copy(order.begin(), order.end(), data.elements<long>());
+    EXPECT_EQ(sort(rank, data, 0, static_cast<long>(count) - 1), S_OK);
+    const long* const places = data.elements<long>();
+    EXPECT_TRUE(std::is_sorted(places, places + count));
+  };
+  Array numbers(VT_R8, count);
+  std::copy(order.begin(), order.end(), numbers.elements<double>());
+  sortsInto(numbers);
+  Array amounts(VT_CY, count);
+  std::copy(order.begin(), order.end(), amounts.elements<LONGLONG>());
+  sortsInto(amounts);
+  Array texts(VT_BSTR, count);
+  std::transform(order.begin(), order.end(), texts.elements<BSTR>(),
+                 [](std::size_t key) { return Bstr(std::to_wstring(count + key)).detach(); });
+  sortsInto(texts);
 }
 
 TEST_F(CZEQUtilitySortingTest, LeaksNothing) {

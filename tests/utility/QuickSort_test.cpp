@@ -49,18 +49,9 @@ bool isSorted(const KeyedPlaces<double>& places) {
                         [](const Entry& one, const Entry& other) { return one.key < other.key; });
 }
 
-/// The order of 0..count-1 that makes the middle key of every partition its smallest.
 std::vector<double> worstCase(std::size_t count) {
-  // Play the sort backwards: each partition takes the middle element to its front.
-  std::vector<double> keys(count);
-  std::vector<std::size_t> positions(count);
-  std::iota(positions.begin(), positions.end(), std::size_t{0});
-  for (std::size_t low = 0; low < count; ++low) {
-    const std::size_t middle = (low + count - 1) / 2;
-    keys[positions[middle]] = static_cast<double>(low);
-    std::swap(positions[low], positions[middle]);
-  }
-  return keys;
+  const std::vector<std::size_t> order = model::worstOrder(count);
+  return {order.begin(), order.end()};
 }
 
 TEST(QuickSort, MakesTheSwapsOfTheModel) {
