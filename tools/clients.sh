@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Registers the built library for both bitnesses and runs its clients: the scripts of tests/clients as a user does, with
-# the 32-bit and the 64-bit script host, and the C++ programs of tests/clients/conformance. Arguments name scripts to run
-# instead of all (CFakeDrive.vbs, or CFakeDrive for every language). The last line is the total.
+# Registers the built library for both bitnesses and runs its clients: the scripts of tests/clients and the sample scripts
+# as a user does, with the 32-bit and the 64-bit script host, and the C++ programs of tests/clients/conformance. Arguments
+# name scripts to run instead of all (CFakeDrive.vbs, or CFakeDrive for every language, or samples). The last line is the
+# total.
 source "$(dirname "$0")/lib.sh"
 use_prefix test
 
@@ -39,15 +40,54 @@ run_script() {
   run_client "$bits" "$name" cscript.exe //nologo "$(windows_path "$work/$bits-$name/$name")"
 }
 
-scripts=()
-for script in tests/clients/*.vbs tests/clients/*.js; do
+
+# sample_arguments NAME HOME: what a sample is run with, one argument a line. Those that are not listed take none.
+sample_arguments() {
+  local source target
+  source=$(windows_path "$root/samples")
+  target=$(windows_path "$2/copy")
+  case $1 in
+    audited-batch.vbs) printf '%s\n' "$source\vbscript" "$target" "$(windows_path "$2/audit.log")" ;;
+    dry-run-then-copy.vbs) printf '%s\n' "$source" "$target" ;;
+    wizard.vbs) printf '%s\n' h n b n n f ;;
+  esac
+}
+
+# run_sample BITS SCRIPT: runs one sample to its end. The script host of Wine reports no errors by its exit status, so
+# that a line of our own at the end of the script has to be the last that it says.
+run_sample() {
+  local bits=$1 script=$2 name status=0
+  local -a arguments
   name=$(basename "$script")
-  [ "${name%.*}" != check ] || continue
-  if [ $# -eq 0 ] || [[ " $* " == *" $name "* || " $* " == *" ${name%.*} "* ]]; then
-    scripts+=("$script")
+  local home=$work/$bits-sample-$name
+  mkdir -p "$home"
+  { cat "$script" && printf '\nWScript.Echo("came to its end")\n'; } >"$home/$name"
+  mapfile -t arguments < <(sample_arguments "$name" "$home")
+  timeout -k 10 120 "$(wine_for "$bits")" cscript.exe //nologo "$(windows_path "$home/$name")" "${arguments[@]}" \
+    >"$home/output" 2>&1 </dev/null || status=$?
+  if [ "$status" -eq 0 ] && [ "$(tail -n 1 "$home/output" | tr -d '\r')" = "came to its end" ]; then
+    passed=$((passed + 1))
+    say "$bits-bit sample $name came to its end"
+  else
+    failed=$((failed + 1))
+    say "FAILED $bits-bit sample $name, status $status; the last it said: $(tail -n 1 "$home/output")"
   fi
+}
+
+# is_wanted SCRIPT NAMES...: whether the names ask for the script; no names ask for all.
+is_wanted() {
+  local name
+  name=$(basename "$1")
+  [ $# -gt 1 ] || return 0
+  [[ " ${*:2} " == *" $name "* || " ${*:2} " == *" ${name%.*} "* || ($1 == samples/* && " ${*:2} " == *" samples "*) ]]
+}
+
+scripts=()
+for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samples/jscript/*.js; do
+  case $script in tests/clients/check.*) continue ;; esac
+  is_wanted "$script" "$@" && scripts+=("$script")
 done
-[ ${#scripts[@]} -gt 0 ] || die "no such script in tests/clients"
+[ ${#scripts[@]} -gt 0 ] || die "no such script in tests/clients or samples"
 
 for bits in 32 64; do
   register_library "$bits"
@@ -55,7 +95,10 @@ done
 rm -rf "$work"
 for bits in 32 64; do
   for script in "${scripts[@]}"; do
-    run_script "$bits" "$script"
+    case $script in
+      samples/*) run_sample "$bits" "$script" ;;
+      *) run_script "$bits" "$script" ;;
+    esac
   done
   if [ $# -eq 0 ]; then
     for binding in early late; do

@@ -12,19 +12,19 @@ Const wizoCancelled = 1, wizoFinished = 2
 Dim answersTaken
 answersTaken = 0
 
-' The next answer: from the command line as long as it has any, then from the keyboard.
+' The next answer: from the command line, where the last one is followed by a cancel, or from the keyboard.
 Function Ask(question)
-  WScript.StdOut.Write question & " "
-  If answersTaken < WScript.Arguments.Count Then
-    Ask = LCase(WScript.Arguments(answersTaken))
-    answersTaken = answersTaken + 1
-    WScript.StdOut.WriteLine Ask
-  ElseIf WScript.Arguments.Count > 0 Then
-    WScript.StdOut.WriteLine "c"
-    Ask = "c"
+  Dim answer
+  If WScript.Arguments.Count = 0 Then
+    WScript.Echo question
+    answer = WScript.StdIn.ReadLine
   Else
-    Ask = LCase(Trim(WScript.StdIn.ReadLine))
+    answer = "c"
+    If answersTaken < WScript.Arguments.Count Then answer = WScript.Arguments(answersTaken)
+    answersTaken = answersTaken + 1
+    WScript.Echo question & " " & answer
   End If
+  Ask = LCase(Trim(answer))
 End Function
 
 ' One page. Execute and Free are all that a wizard asks of it.
@@ -33,17 +33,22 @@ Class Page
   Public Text
 
   Public Function Execute(caption, permitBack, permitNext, permitFinish, ByRef nextKey, help)
-    WScript.StdOut.WriteLine
-    WScript.StdOut.WriteLine caption
-    WScript.StdOut.WriteLine Text
+    WScript.Echo
+    WScript.Echo caption
+    WScript.Echo Text
     Execute = 0
     Do While Execute = 0
       Select Case Ask(Choices(permitBack, permitNext, permitFinish))
-        Case "b" If permitBack Then Execute = wzsoBack
-        Case "n" If permitNext Then Execute = wzsoNext
-        Case "f" If permitFinish Then Execute = wzsoFinish
-        Case "c" Execute = wzsoCancel
-        Case "h" help.ShowHelp "", "Setup", Name
+        Case "b"
+          If permitBack Then Execute = wzsoBack
+        Case "n"
+          If permitNext Then Execute = wzsoNext
+        Case "f"
+          If permitFinish Then Execute = wzsoFinish
+        Case "c"
+          Execute = wzsoCancel
+        Case "h"
+          help.ShowHelp "", "Setup", Name
       End Select
     Loop
   End Function
@@ -63,7 +68,7 @@ End Class
 ' Help for those without a help viewer: the same members as CWinHelp has, which shows a help file.
 Class HelpOnTheConsole
   Public Sub ShowHelp(topic, form, context)
-    WScript.StdOut.WriteLine "  (Help on the page " & context & " of " & form & ".)"
+    WScript.Echo "  (Help on the page " & context & " of " & form & ".)"
   End Sub
 End Class
 
@@ -107,9 +112,13 @@ End With
 
 Dim outcome
 outcome = wizard.DoWizard(1, , HelpProvider())
-WScript.StdOut.WriteLine
+WScript.Echo
 Select Case outcome
-  Case wizoFinished WScript.StdOut.WriteLine "Finished."
-  Case wizoCancelled WScript.StdOut.WriteLine "Cancelled."
-  Case Else WScript.StdOut.WriteLine "The wizard failed."
+  Case wizoFinished
+    WScript.Echo "Finished."
+  Case wizoCancelled
+    WScript.Echo "Cancelled."
+  Case Else
+    WScript.Echo "The wizard failed."
+    WScript.Quit 1
 End Select

@@ -72,32 +72,45 @@ char digitAt(const Decimal& number, int position) {
 
 }  // namespace
 
-std::wstring formatNumber(double value, int integerDigits, int decimals, wchar_t separator) {
+void appendNumber(std::wstring& text, double value, int integerDigits, int decimals, wchar_t separator) {
   if (!std::isfinite(value)) {
     throw std::overflow_error("not a finite number");
   }
   Decimal number = decimalOf(value);
   roundTo(number, decimals);
-  std::wstring result;
   if (number.negative && number.digits.find_first_not_of('0') != std::string::npos) {
-    result += L'-';
+    text += L'-';
   }
   for (int position = -std::max(number.exponent, integerDigits); position < decimals; ++position) {
     if (position == 0 && decimals > 0) {
-      result += separator;
+      text += separator;
     }
-    result += static_cast<wchar_t>(digitAt(number, position));
+    text += static_cast<wchar_t>(digitAt(number, position));
   }
+}
+
+void appendInteger(std::wstring& text, long long value, int digits) {
+  std::array<char, 20> buffer{};  // A sign and nineteen digits.
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  std::string_view number(buffer.data(), static_cast<std::size_t>(end.ptr - buffer.data()));
+  if (value < 0) {
+    text += L'-';
+    number.remove_prefix(1);
+  }
+  const auto wanted = static_cast<std::size_t>(digits);
+  text.append(wanted > number.size() ? wanted - number.size() : 0, L'0');
+  text.append(number.begin(), number.end());
+}
+
+std::wstring formatNumber(double value, int integerDigits, int decimals, wchar_t separator) {
+  std::wstring result;
+  appendNumber(result, value, integerDigits, decimals, separator);
   return result;
 }
 
 std::wstring formatInteger(long long value, int digits) {
-  std::wstring result = std::to_wstring(value);
-  const std::size_t sign = value < 0 ? 1 : 0;
-  const std::size_t wanted = static_cast<std::size_t>(digits) + sign;
-  if (result.size() < wanted) {
-    result.insert(sign, wanted - result.size(), L'0');
-  }
+  std::wstring result;
+  appendInteger(result, value, digits);
   return result;
 }
 

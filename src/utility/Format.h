@@ -15,4 +15,9 @@ namespace zeq::utility {
 /// The same for whole numbers.
 [[nodiscard]] std::wstring formatInteger(long long value, int digits);
 
+/// The same at the end of a text; nothing is appended where they throw.
+void appendNumber(std::wstring& text, double value, int integerDigits, int decimals,
+                  wchar_t separator = L'.');
+void appendInteger(std::wstring& text, long long value, int digits);
+
 }  // namespace zeq::utility

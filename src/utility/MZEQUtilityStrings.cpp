@@ -46,6 +46,69 @@ VideoTime videoTimeOf(double duration, double framesPerSecond) {
           .frames = std::isfinite(frames) ? frames : 0};
 }
 
+/// An empty text with room for the usual times.
+std::wstring roomForTime() {
+  std::wstring text;
+  text.reserve(24);
+  return text;
+}
+
+/// The hours and minutes in front of the formats that have them, each with a colon.
+void appendMinutes(std::wstring& text, const VideoTime& time, VideoTimeFormat format) {
+  const auto append = [&](std::int32_t number) {
+    appendInteger(text, number, 2);
+    text += L':';
+  };
+  switch (format) {
+    case VideoTimeFormat::minutesSeconds:
+    case VideoTimeFormat::minutesSecondsHundredths:
+    case VideoTimeFormat::minutesSecondsFrames:
+      append(time.hours * 60 + time.minutes);
+      break;
+    case VideoTimeFormat::hoursMinutesSeconds:
+    case VideoTimeFormat::hoursMinutesSecondsHundredths:
+    case VideoTimeFormat::hoursMinutesSecondsFrames:
+      append(time.hours);
+      append(time.minutes);
+      break;
+    default:
+      break;
+  }
+}
+
+void appendVideoTime(std::wstring& text, double duration, VideoTimeFormat format, double framesPerSecond,
+                     wchar_t decimalSeparator) {
+  const VideoTime time = videoTimeOf(duration, framesPerSecond);
+  appendMinutes(text, time, format);
+  switch (format) {
+    case VideoTimeFormat::minutesSeconds:
+    case VideoTimeFormat::hoursMinutesSeconds:
+      appendInteger(text, time.seconds, 2);
+      break;
+    case VideoTimeFormat::minutesSecondsHundredths:
+    case VideoTimeFormat::hoursMinutesSecondsHundredths:
+      appendNumber(text, time.seconds + time.fraction, 2, 2, decimalSeparator);
+      break;
+    case VideoTimeFormat::minutesSecondsFrames:
+    case VideoTimeFormat::hoursMinutesSecondsFrames:
+      appendInteger(text, time.seconds, 2);
+      text += L':';
+      appendNumber(text, time.frames, 2, 0);
+      break;
+    case VideoTimeFormat::paddedSecondsHundredths:
+      appendNumber(text, duration, 5, 2, decimalSeparator);
+      break;
+    case VideoTimeFormat::seconds:
+      appendNumber(text, duration, 1, 0);
+      break;
+    case VideoTimeFormat::secondsHundredths:
+      appendNumber(text, duration, 1, 2, decimalSeparator);
+      break;
+    case VideoTimeFormat::none:
+      break;
+  }
+}
+
 struct Modifier {
   int bit;
   std::wstring_view word;
@@ -151,43 +214,15 @@ std::wstring replaceKeyword(std::wstring_view text, std::wstring_view keyword,
 
 std::wstring videoTime(double seconds, VideoTimeFormat format, double framesPerSecond,
                        wchar_t decimalSeparator) {
-  const double duration = std::fabs(seconds);
-  const VideoTime time = videoTimeOf(duration, framesPerSecond);
-  const auto twoDigits = [](std::int32_t value) { return formatInteger(value, 2); };
-  const auto allMinutes = [&] { return twoDigits(time.hours * 60 + time.minutes) + L":"; };
-  const auto hoursAndMinutes = [&] { return twoDigits(time.hours) + L":" + twoDigits(time.minutes) + L":"; };
-  const auto exactSeconds = [&] {
-    return formatNumber(time.seconds + time.fraction, 2, 2, decimalSeparator);
-  };
-  const auto secondsAndFrames = [&] {
-    return twoDigits(time.seconds) + L":" + formatNumber(time.frames, 2, 0);
-  };
-  const auto body = [&]() -> std::wstring {
-    switch (format) {
-      case VideoTimeFormat::minutesSeconds:
-        return allMinutes() + twoDigits(time.seconds);
-      case VideoTimeFormat::minutesSecondsHundredths:
-        return allMinutes() + exactSeconds();
-      case VideoTimeFormat::hoursMinutesSeconds:
-        return hoursAndMinutes() + twoDigits(time.seconds);
-      case VideoTimeFormat::hoursMinutesSecondsHundredths:
-        return hoursAndMinutes() + exactSeconds();
-      case VideoTimeFormat::minutesSecondsFrames:
-        return allMinutes() + secondsAndFrames();
-      case VideoTimeFormat::hoursMinutesSecondsFrames:
-        return hoursAndMinutes() + secondsAndFrames();
-      case VideoTimeFormat::paddedSecondsHundredths:
-        return formatNumber(duration, 5, 2, decimalSeparator);
-      case VideoTimeFormat::seconds:
-        return formatNumber(duration, 1, 0, decimalSeparator);
-      case VideoTimeFormat::secondsHundredths:
-        return formatNumber(duration, 1, 2, decimalSeparator);
-      case VideoTimeFormat::none:
-        break;
-    }
-    return {};
-  };
-  return (seconds < 0 ? L"- " : L"") + orZero(body);
+  const std::wstring_view sign = seconds < 0 ? L"- " : L"";
+  std::wstring text = roomForTime();
+  text += sign;
+  try {
+    appendVideoTime(text, std::fabs(seconds), format, framesPerSecond, decimalSeparator);
+  } catch (const std::overflow_error&) {
+    text = sign;
+  }
+  return text;
 }
 
 std::wstring timeCode(double seconds) {
@@ -195,8 +230,13 @@ std::wstring timeCode(double seconds) {
   const std::int32_t whole = orZero([&] { return toInt32(std::floor(seconds)); });
   const std::int32_t frames = orZero([&] { return toInt32((seconds - whole) * framesPerSecond); });
   const std::int32_t minutes = whole / 60;
-  return formatInteger(minutes / 60, 2) + L":" + formatInteger(minutes % 60, 2) + L":" +
-         formatInteger(whole % 60, 2) + L":" + formatInteger(frames, 2);
+  std::wstring text = roomForTime();
+  for (const std::int32_t part : {minutes / 60, minutes % 60, whole % 60}) {
+    appendInteger(text, part, 2);
+    text += L':';
+  }
+  appendInteger(text, frames, 2);
+  return text;
 }
 
 std::wstring durationInWords(double seconds) {

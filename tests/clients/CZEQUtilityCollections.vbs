@@ -3,26 +3,28 @@ Option Explicit
 
 ' A collection as a script writes one: it counts from 1 and has no keys.
 Class Shelf
-  Private items(9)
-  Private used
+  Private items
+
+  Private Sub Class_Initialize
+    Set items = CreateObject("Scripting.Dictionary")
+  End Sub
 
   Public Sub Add(item)
-    used = used + 1
-    Set items(used) = item
+    items.Add items.Count + 1, item
   End Sub
 
   Public Property Get Count()
-    Count = CLng(used)
+    Count = items.Count
   End Property
 
   Public Property Get Item(index)
-    If index < 1 Or index > used Then Err.Raise 9
+    If Not items.Exists(index) Then Err.Raise 9
     Set Item = items(index)
   End Property
 
   Public Sub Remove(index)
-    If index < 1 Or index > used Then Err.Raise 9
-    used = used - 1
+    If Not items.Exists(index) Then Err.Raise 9
+    items.Remove items.Count
   End Sub
 End Class
 
