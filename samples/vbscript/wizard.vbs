@@ -33,7 +33,7 @@ Class Page
   Public Text
 
   Public Function Execute(caption, permitBack, permitNext, permitFinish, ByRef nextKey, help)
-    WScript.Echo
+    WScript.Echo ""
     WScript.Echo caption
     WScript.Echo Text
     Execute = 0
@@ -112,7 +112,7 @@ End With
 
 Dim outcome
 outcome = wizard.DoWizard(1, , HelpProvider())
-WScript.Echo
+WScript.Echo ""
 Select Case outcome
   Case wizoFinished
     WScript.Echo "Finished."
