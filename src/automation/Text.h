@@ -57,7 +57,11 @@ class Bstr {
     std::swap(string_, other.string_);
     return *this;
   }
-  ~Bstr() { SysFreeString(string_); }
+  ~Bstr() {
+    if (string_ != nullptr) {  // Saves the call for one that was given away.
+      SysFreeString(string_);
+    }
+  }
 
   [[nodiscard]] BSTR get() const noexcept { return string_; }
   /// The address for a function that returns a BSTR through an out argument.

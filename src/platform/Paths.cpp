@@ -18,9 +18,11 @@ bool isBareDrive(std::wstring_view path) noexcept {
 }  // namespace
 
 void JoinedPath::copyTo(wchar_t* target) const noexcept {
-  for (const std::wstring_view part : {path, separator, name}) {
-    target = std::copy(part.begin(), part.end(), target);
+  target = std::copy(path.begin(), path.end(), target);
+  if (!separator.empty()) {
+    *target++ = separator.front();
   }
+  std::copy(name.begin(), name.end(), target);
 }
 
 JoinedPath joinPath(std::wstring_view path, std::wstring_view name) noexcept {
