@@ -34,12 +34,22 @@ for i in $(seq 1 300); do
 done
 say "made $(find "$source" -type f | wc -l) files, $(du -sh --apparent-size "$source" | cut -f 1), in build/demo/source"
 
+# show: passes the text of a Windows program on. A bar that is drawn over and over shows its last state alone where
+# nobody watches it.
+show() {
+  if [ -t 1 ]; then
+    cat
+  else
+    sed 's/\r$//; s/.*\r//'
+  fi
+}
+
 # run_demo TARGET COMMAND...: runs a client on the source and a target folder, and compares both sides.
 run_demo() {
   local target=$folder/$1
   shift
-  timeout 300 "$wine32" "$@" "$(windows_path "$source")" "$(windows_path "$target")" </dev/null 2>/dev/null |
-    tr -d '\r' || die "the client failed"
+  timeout 300 "$wine32" "$@" "$(windows_path "$source")" "$(windows_path "$target")" </dev/null 2>/dev/null | show ||
+    die "the client failed"
   diff -r "$source" "$target" || die "the copy differs from the source"
   say "diff finds no difference between build/demo/source and build/demo/$(basename "$target")"
 }
@@ -52,5 +62,5 @@ run_demo program "$build/win32/bin/batch_copy.exe"
 stop_prefix
 
 say
-say "You have seen two clients that know ZEQUtility2 only through COM plan 300 copies and try them out against the drives,"
-say "refuse a drive that is too small, and then copy for real, file by file, with the same result as the source."
+say "You have seen two clients that know ZEQUtility2 only through COM plan 300 copies and try them out against the drive,"
+say "refuse a copy that would fill it too far, and then copy for real, file by file, with the same result as the source."

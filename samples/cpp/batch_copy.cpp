@@ -1,6 +1,6 @@
 // Copies a folder with all that is in it, with ZEQUtility2 used early-bound: a plan, a dry run that shows the
-// tide marks of the drives, the copy with a progress bar that the library's events draw, and a comparison of
-// both sides.
+// tide marks of the drives, another one that is refused because too little space would stay free, the copy
+// with a progress bar that the library's events draw, and a comparison of both sides.
 //
 //   batch_copy SOURCE-FOLDER DESTINATION-FOLDER
 //
@@ -30,6 +30,7 @@ template <class Interface>
 class Com {
  public:
   Com() = default;
+  Com(Com&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
   Com(const Com&) = delete;
   Com& operator=(const Com&) = delete;
   ~Com() {
@@ -85,10 +86,16 @@ std::string bar(double part, double whole, int width) {
          std::string(static_cast<std::size_t>(width - length), '.') + "]";
 }
 
+// The identifiers of the events that are listened to, and what they bring.
+constexpr DISPID executedOperation = 4;                  // op, success, wasCancelled, description
+constexpr DISPID operationDriveUsageChangeEstimate = 7;  // op, driveNameA, fillingDrive, deltaBytes
+
 /// Hears the events of a batch: an object that answers IDispatch::Invoke with the event's identifier.
-class Progress final : public IDispatch {
+class BatchListener : public IDispatch {
  public:
-  explicit Progress(long taskCount) : taskCount_(taskCount) {}
+  BatchListener() = default;
+  BatchListener(const BatchListener&) = delete;
+  BatchListener& operator=(const BatchListener&) = delete;
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
     if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
@@ -111,15 +118,30 @@ class Progress final : public IDispatch {
 
   STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                       UINT*) override {
-    constexpr DISPID executedOperation = 4;  // ExecutedOperation(op, success, wasCancelled, description)
-    if (event == executedOperation) {
-      const VARIANT* list = arguments->rgvarg;  // The last argument comes first.
-      taskDone(list[2].boolVal != VARIANT_FALSE, list[0].bstrVal);
-    }
+    hear(event, arguments->rgvarg);
     return S_OK;
   }
 
+ protected:
+  ~BatchListener() = default;
+
  private:
+  /// `arguments` are those of the event, the last one first.
+  virtual void hear(DISPID event, const VARIANT* arguments) = 0;
+};
+
+/// Draws a progress bar.
+class Progress final : public BatchListener {
+ public:
+  explicit Progress(long taskCount) : taskCount_(taskCount) {}
+
+ private:
+  void hear(DISPID event, const VARIANT* arguments) override {
+    if (event == executedOperation) {
+      taskDone(arguments[2].boolVal != VARIANT_FALSE, arguments[0].bstrVal);
+    }
+  }
+
   void taskDone(bool success, const wchar_t* description) {
     ++done_;
     const long percent = done_ * 100 / taskCount_;
@@ -188,6 +210,17 @@ bool execute(_CFileOperationBatch& batch, bool forReal) {
   return success != VARIANT_FALSE;
 }
 
+/// A drive monitor by its position or its drive's name.
+Com<_CFakeDrive> driveIn(_Collection& monitors, const VARIANT& index) {
+  VARIANT item;
+  VariantInit(&item);
+  check(monitors.get_Item(index, &item), "Item");
+  Com<_CFakeDrive> drive;
+  check(item.pdispVal->QueryInterface(__uuidof(_CFakeDrive), drive.outVoid()), "a drive monitor");
+  VariantClear(&item);
+  return drive;
+}
+
 /// Draws one drive and says whether it has room.
 bool showDrive(_CFakeDrive& drive) {
   Text name;
@@ -206,7 +239,7 @@ bool showDrive(_CFakeDrive& drive) {
   std::printf("    low tide  %s %s\n", bar(low, capacity, 40).c_str(), sizeText(low).c_str());
   std::printf("    high tide %s %s (%s more)\n", bar(high, capacity, 40).c_str(), sizeText(high).c_str(),
               sizeText(change).c_str());
-  std::printf("    %s\n", tooFull != VARIANT_FALSE ? "TOO FULL: such a copy is refused" : "there is room");
+  std::printf("    %s\n", tooFull != VARIANT_FALSE ? "TOO FULL" : "there is room");
   return tooFull == VARIANT_FALSE;
 }
 
@@ -218,33 +251,55 @@ bool showDrives(_CFileOperationBatch& batch, double& bytesNeeded) {
   check(monitors->get_Count(&count), "Count");
   bool haveRoom = true;
   for (long i = 1; i <= count; ++i) {
-    VARIANT index;
-    VARIANT item;
-    VariantInit(&index);
-    VariantInit(&item);
-    index.vt = VT_I4;
-    index.lVal = i;
-    check(monitors->get_Item(index, &item), "Item");
-    Com<_CFakeDrive> drive;
-    check(item.pdispVal->QueryInterface(__uuidof(_CFakeDrive), drive.outVoid()), "a drive monitor");
-    VariantClear(&item);
+    VARIANT position;
+    VariantInit(&position);
+    position.vt = VT_I4;
+    position.lVal = i;
+    const auto drive = driveIn(*monitors.get(), position);
     haveRoom = showDrive(*drive.get()) && haveRoom;
     check(drive->get_HighTideDelta(&bytesNeeded), "HighTideDelta");
   }
   return haveRoom;
 }
 
-/// The same bytes on a drive that is too small for them: an imagined one, because a real one is rarely at
-/// hand.
-void showTooSmallDrive(double bytesNeeded) {
-  Com<_CFakeDrive> drive;
-  check(CoCreateInstance(__uuidof(CFakeDrive), nullptr, CLSCTX_INPROC_SERVER, __uuidof(_CFakeDrive),
-                         drive.outVoid()),
-        "creating a simulated drive");
-  check(drive->put_Name(Text(L"an imagined drive").get()), "Name");
-  check(drive->put_Capacity(bytesNeeded / 2), "Capacity");
-  check(drive->UseBytes(bytesNeeded), "UseBytes");
-  showDrive(*drive.get());
+/// Demands that all but some of the free space stays free: the safety margin of the drive, set when the drive
+/// is first touched, because that starts its measurement anew.
+class FreeSpaceKeeper final : public BatchListener {
+ public:
+  FreeSpaceKeeper(_CFileOperationBatch& batch, double spare) : batch_(batch), spare_(spare) {}
+
+ private:
+  void hear(DISPID event, const VARIANT* arguments) override {
+    if (event != operationDriveUsageChangeEstimate || isSet_) {
+      return;
+    }
+    isSet_ = true;
+    Com<_Collection> monitors;
+    check(batch_.get_DriveMonitors(monitors.out()), "DriveMonitors");
+    const auto drive = driveIn(*monitors.get(), arguments[2]);
+    double free = 0;
+    check(drive->get_FreeSpace(&free), "FreeSpace");
+    check(drive->put_SafetyMargin(free - spare_), "SafetyMargin");
+  }
+
+  _CFileOperationBatch& batch_;
+  double spare_;
+  bool isSet_ = false;
+};
+
+/// A dry run that leaves half of what is needed to be filled. Says whether that was refused.
+bool showRefusal(_CFileOperationBatch& batch, double bytesNeeded) {
+  std::printf("Dry run again, with all but %s of the free space to be kept free:\n",
+              sizeText(bytesNeeded / 2).c_str());
+  FreeSpaceKeeper keeper(batch, bytesNeeded / 2);
+  const Connection connection(&batch, &keeper);
+  double ignored = 0;
+  if (!execute(batch, false) || showDrives(batch, ignored)) {
+    std::printf("This should have been refused.\n");
+    return false;
+  }
+  std::printf("  So this copy is refused.\n");
+  return true;
 }
 
 std::string contentOf(const fs::path& path) {
@@ -301,8 +356,9 @@ int copyFolder(const fs::path& source, const fs::path& target) {
     std::printf("Nothing was copied.\n");
     return 1;
   }
-  std::printf("The same copy onto a drive of half that size, imagined to show a refusal:\n");
-  showTooSmallDrive(bytesNeeded);
+  if (!showRefusal(*batch.get(), bytesNeeded)) {
+    return 1;
+  }
 
   std::printf("For real:\n");
   Progress progress(taskCount);
