@@ -269,7 +269,7 @@ TEST_F(AdapterTest, AnObjectThatAnswersThroughTheExtendedInterfaceOnlyServes) {
   // Clients that know IDispatch only reach its members through the adapter.
   const auto adapted = automation::adaptTo(__uuidof(IProbeStep), extended.get().pdispVal);
   const auto asDispatch = adapted.query<IDispatch>(IID_IDispatch);
-  EXPECT_EQ(textIn(Late(asDispatch).get(L"Level")), L"2");
+  EXPECT_EQ(textIn(Late(asDispatch).invoke(L"Level", DISPATCH_PROPERTYGET, {}).value), L"2");
   std::array names{const_cast<wchar_t*>(L"Run"), const_cast<wchar_t*>(L"Caption")};
   std::array<DISPID, names.size()> ids{};
   EXPECT_EQ(asDispatch->GetIDsOfNames(IID_NULL, names.data(), 2, LOCALE_USER_DEFAULT, ids.data()),
