@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Registers the built library for both bitnesses and runs its clients: the scripts of tests/clients and the sample scripts
-# as a user does, with the 32-bit and the 64-bit script host, and the C++ programs of tests/clients/conformance. Arguments
-# name scripts to run instead of all (CFakeDrive.vbs, or CFakeDrive for every language, or samples). The last line is the
-# total.
+# Registers the built library for both bitnesses and runs its clients as a user does: the scripts of tests/clients with
+# the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, and the samples. Arguments name
+# scripts to run instead of all (CFakeDrive.vbs, or CFakeDrive for every language, or samples). The last line is the total.
 source "$(dirname "$0")/lib.sh"
 use_prefix test
 
@@ -40,32 +39,37 @@ run_script() {
   run_client "$bits" "$name" cscript.exe //nologo "$(windows_path "$work/$bits-$name/$name")"
 }
 
-
 # sample_arguments NAME HOME: what a sample is run with, one argument a line. Those that are not listed take none.
 sample_arguments() {
   local source target
   source=$(windows_path "$root/samples")
   target=$(windows_path "$2/copy")
   case $1 in
-    audited-batch.vbs) printf '%s\n' "$source\vbscript" "$target" "$(windows_path "$2/audit.log")" ;;
-    dry-run-then-copy.vbs) printf '%s\n' "$source" "$target" ;;
+    audited-batch.vbs | audited_batch) printf '%s\n' "$source\vbscript" "$target" "$(windows_path "$2/audit.log")" ;;
+    dry-run-then-copy.vbs | batch_copy) printf '%s\n' "$source" "$target" ;;
+    keyboard_wizard) printf '%s\n' hnbnnf ;;
     wizard.vbs) printf '%s\n' h n b n n f ;;
   esac
 }
 
-# run_sample BITS SCRIPT: runs one sample to its end. The script host of Wine reports no errors by its exit status, so
-# that a line of our own at the end of the script has to be the last that it says.
+# run_sample BITS SAMPLE: runs one sample, a script or the program of a C++ source, to its end. The script host of Wine
+# reports no errors by its exit status, so that a line of our own at the end of a script has to be the last that it says.
 run_sample() {
-  local bits=$1 script=$2 name status=0
-  local -a arguments
-  name=$(basename "$script")
+  local bits=$1 sample=$2 name status=0
+  local -a command
+  name=$(basename "$sample" .cpp)
   local home=$work/$bits-sample-$name
   mkdir -p "$home"
-  { cat "$script" && printf '\nWScript.Echo("came to its end")\n'; } >"$home/$name"
+  if [[ $sample == *.cpp ]]; then
+    command=("$build/win$bits/bin/$name.exe")
+  else
+    { cat "$sample" && printf '\nWScript.Echo("came to its end")\n'; } >"$home/$name"
+    command=(cscript.exe //nologo "$(windows_path "$home/$name")")
+  fi
+  local -a arguments
   mapfile -t arguments < <(sample_arguments "$name" "$home")
-  timeout -k 10 120 "$(wine_for "$bits")" cscript.exe //nologo "$(windows_path "$home/$name")" "${arguments[@]}" \
-    >"$home/output" 2>&1 </dev/null || status=$?
-  if [ "$status" -eq 0 ] && [ "$(tail -n 1 "$home/output" | tr -d '\r')" = "came to its end" ]; then
+  timeout -k 10 120 "$(wine_for "$bits")" "${command[@]}" "${arguments[@]}" >"$home/output" 2>&1 </dev/null || status=$?
+  if [ "$status" -eq 0 ] && { [[ $sample == *.cpp ]] || grep -q '^came to its end.\?$' <(tail -n 1 "$home/output"); }; then
     passed=$((passed + 1))
     say "$bits-bit sample $name came to its end"
   else
@@ -83,7 +87,7 @@ is_wanted() {
 }
 
 scripts=()
-for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samples/jscript/*.js; do
+for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samples/jscript/*.js samples/cpp/*.cpp; do
   case $script in tests/clients/check.*) continue ;; esac
   is_wanted "$script" "$@" && scripts+=("$script")
 done
