@@ -9,6 +9,7 @@
 #include "support/Component.h"
 #include "support/DialogAnswer.h"
 #include "support/EventLog.h"
+#include "support/ImportHook.h"
 #include "support/Leaks.h"
 #include "support/TempFolder.h"
 
@@ -195,6 +196,31 @@ TEST_F(CZEQAuditTest, WritesTheLocalTime) {
   EXPECT_THAT((std::set<std::string>{before, now()}), testing::Contains(logged()));
 }
 
+void WINAPI sevenSecondsPastFivePastNine(SYSTEMTIME* time) {
+  *time = {};
+  time->wHour = 9;
+  time->wMinute = 5;
+  time->wSecond = 7;
+}
+
+void WINAPI lastSecondOfTheDay(SYSTEMTIME* time) {
+  *time = {};
+  time->wHour = 23;
+  time->wMinute = 59;
+  time->wSecond = 59;
+}
+
+TEST_F(CZEQAuditTest, WritesTwoDigitsForEachPartOfTheTime) {
+  setUp();
+  {
+    const ImportHook clock(component(), "GetLocalTime", &sevenSecondsPastFivePastNine);
+    write(L"hello");
+  }
+  const ImportHook clock(component(), "GetLocalTime", &lastSecondOfTheDay);
+  write(L"good night");
+  EXPECT_EQ(logged(), "[09:05:07] hello\r\n[23:59:59] good night\r\n");
+}
+
 TEST_F(CZEQAuditTest, WritesTheCodePageOfTheSystem) {
   setUp();
   write(L"\u00e9\u2026");
@@ -242,6 +268,29 @@ TEST_F(CZEQAuditTest, NeverLeavesTheDebugFileOpen) {
     return logged();
   }();
   EXPECT_THAT(before, testing::EndsWith("hello\r\n"));
+}
+
+BOOL WINAPI refuseToWrite(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
+  *written = 0;
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(CZEQAuditTest, AFullDiskLeavesTheDebugFileClosedAsItWas) {
+  setUp();
+  write(L"before");
+  const std::string before = logged();
+  {
+    const ImportHook full(component(), "WriteFile", &refuseToWrite);
+    write(L"lost");
+    EXPECT_EQ(doAudit(L"lost", ZEQ_AUD_ERROR, ZEQ_AUD_ACT_STAT), 1);
+  }
+  const HANDLE alone =
+      CreateFileW(logFile.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_NE(alone, INVALID_HANDLE_VALUE);
+  CloseHandle(alone);
+  EXPECT_EQ(logged(), before);
+  EXPECT_THAT(control.assigned, ElementsAre(L"Text=lost"));
 }
 
 TEST_F(CZEQAuditTest, WritesWhileOthersReadAndWrite) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/Component.h"
+#include "support/ImportHook.h"
 #include "support/IniText.h"
 
 namespace zeq::test {
@@ -199,6 +200,32 @@ TEST_F(CIniFileExTest, AFileThatCannotBeWrittenStaysAsItIs) {
   EXPECT_EQ(setValue(L"Name", Variant(L"x")), S_OK);
   EXPECT_EQ(value(L"Name"), L"");
   EXPECT_EQ(GetFileAttributesW(L"C:\\no such folder"), INVALID_FILE_ATTRIBUTES);
+}
+
+BOOL WINAPI refuseLine(const char*, const char*, const char*, const char*) {
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+BOOL WINAPI refuseSection(const char*, const char*, const char*) {
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(CIniFileExTest, AFullDiskIsNotReported) {
+  const std::string content = "[General]\r\nName=kept\r\n";
+  open(content);
+  const ImportHook noLine(component(), "WritePrivateProfileStringA", &refuseLine);
+  const ImportHook noSection(component(), "WritePrivateProfileSectionA", &refuseSection);
+  EXPECT_EQ(setValue(L"Name", Variant(L"x")), S_OK);
+  EXPECT_EQ(file->deleteKey(Bstr(L"Name").get()), S_OK);
+  EXPECT_EQ(file->deleteSection(Bstr(L"General").get()), S_OK);
+  EXPECT_EQ(file->writeSection(textArray({L"a=1"}).get()), S_OK);
+  EXPECT_EQ(file->flush(), S_OK);
+  VARIANT_BOOL setAsCurrent = VARIANT_TRUE;
+  EXPECT_EQ(file->addSection(Bstr(L"New").get(), &setAsCurrent), S_OK);
+  EXPECT_EQ(section(), L"New");
+  EXPECT_EQ(ini.content(), content);
 }
 
 TEST_F(CIniFileExTest, AddsAnEmptySection) {

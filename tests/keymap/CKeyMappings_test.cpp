@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "support/Component.h"
+#include "support/ImportHook.h"
 #include "support/Leaks.h"
 #include "support/TempFolder.h"
 
@@ -247,6 +248,26 @@ TEST_F(CKeyMappingsTest, WritesNothingWhereItCannot) {
   EXPECT_FALSE(write(locked, L"Keys"));
   CloseHandle(file);
   EXPECT_EQ(contentOf(locked), "before");
+}
+
+BOOL WINAPI writeHalf(HANDLE, const void*, DWORD size, DWORD* written, OVERLAPPED*) {
+  *written = size / 2;
+  return TRUE;
+}
+
+BOOL WINAPI refuseToWrite(HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) {
+  *written = 0;
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(CKeyMappingsTest, AFullDiskIsReportedAndLeavesNoFileOpen) {
+  add(L"A");
+  for (const auto fault : {&refuseToWrite, &writeHalf}) {
+    const ImportHook full(component(), "WriteFile", fault);
+    EXPECT_FALSE(write(folder / L"keys.ini", L"Keys"));
+  }
+  EXPECT_NE(DeleteFileW((folder / L"keys.ini").c_str()), FALSE);
 }
 
 TEST_F(CKeyMappingsTest, LeavesNoFileOpen) {

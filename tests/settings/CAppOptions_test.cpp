@@ -160,6 +160,25 @@ TEST_F(CAppOptionsTest, AWriteThatFailsRaisesChangedAllTheSame) {
   EXPECT_EQ(changes, 1);
 }
 
+TEST_F(CAppOptionsTest, AStoreThatRefusesKeepsWhatItHolds) {
+  useRegistry();
+  write(L"Editor", L"Width", Variant(80L));
+  std::vector<std::wstring> changes;
+  const Sink sink(options.get(), __uuidof(__CAppOptions), [&](DISPID, std::vector<VARIANT*> arguments) {
+    changes.emplace_back(automation::text(arguments[1]->bstrVal));
+    return S_OK;
+  });
+  {
+    const auto denied = key.deny(L"Editor", KEY_SET_VALUE | KEY_CREATE_SUB_KEY);
+    write(L"Editor", L"Width", Variant(90L));
+    EXPECT_EQ(textIn(read(L"Editor", L"Width")), L"80") << "every read goes to the store";
+    EXPECT_EQ(read(L"Editor", L"Missing", Variant(5L)).get().lVal, 5);
+  }
+  EXPECT_THAT(changes, ElementsAre(L"Width"));
+  EXPECT_EQ(key.text(L"Editor", L"Width"), L"80");
+  EXPECT_EQ(read(L"Editor", L"Missing").type(), VT_EMPTY);
+}
+
 TEST_F(CAppOptionsTest, AHandlerMayWriteAndLetGoOfTheOptions) {
   useRegistry();
   int changes = 0;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "support/Component.h"
+#include "support/ImportHook.h"
 #include "support/IniText.h"
 #include "support/TestKey.h"
 
@@ -96,6 +97,47 @@ TEST_F(CAppSettingsTest, WritesAreStoredAtOnce) {
   EXPECT_EQ(stored(L"Width"), L"True");
   EXPECT_EQ(read(L"Width").type(), VT_BOOL);
   EXPECT_EQ(asString(), L"Group: Editor\r\n    [Width] True");
+}
+
+TEST_F(CAppSettingsTest, ValuesOfEveryTypeAreStoredAsTheirAutomationText) {
+  const auto number = [](VARTYPE type, double value) {
+    Variant result(value);
+    EXPECT_EQ(VariantChangeType(&result.get(), &result.get(), 0, type), S_OK) << type;
+    return result;
+  };
+  Variant date(36526.25);
+  date.get().vt = VT_DATE;
+  const std::vector<Variant> values{Variant(),
+                                    Variant(short{-3}),
+                                    Variant(80L),
+                                    number(VT_R4, 0.5),
+                                    Variant(0.1),
+                                    number(VT_CY, 1.25),
+                                    date,
+                                    Variant(L"a text"),
+                                    Variant(true),
+                                    Variant(false),
+                                    number(VT_DECIMAL, -2.5),
+                                    number(VT_I1, -1),
+                                    number(VT_UI1, 255),
+                                    number(VT_UI2, 65535),
+                                    number(VT_UI4, 4e9),
+                                    number(VT_I8, -4e9),
+                                    number(VT_UI8, 4e9),
+                                    number(VT_INT, -7),
+                                    number(VT_UINT, 7)};
+  for (const Variant& value : values) {
+    Variant expected(value);
+    ASSERT_EQ(VariantChangeType(&expected.get(), &expected.get(), VARIANT_ALPHABOOL, VT_BSTR), S_OK)
+        << value.type();
+    useRegistry();
+    write(L"Value", value);
+    EXPECT_EQ(stored(L"Value"), textIn(expected)) << value.type();
+    useIni();
+    write(L"Value", value);
+    EXPECT_EQ(ini.platformValue("Tools\\Editor", "Value", "none"), narrow(textIn(expected))) << value.type();
+    EXPECT_EQ(read(L"Value").type(), value.type()) << "the cache keeps the type";
+  }
 }
 
 TEST_F(CAppSettingsTest, WithoutAutoSaveWritesWaitForSave) {
@@ -293,13 +335,80 @@ TEST_F(CAppSettingsTest, AStoreThatFailsIsSilent) {
   EXPECT_EQ(ini.content(), "[Tools\\Editor]\r\nFont=Arial\r\n");
 }
 
-TEST_F(CAppSettingsTest, AKeyWithoutAccessKeepsWhatItHolds) {
+TEST_F(CAppSettingsTest, AValueWithoutATextIsOnlyCached) {
   useRegistry();
   key.setValue(L"Editor", L"Width", TestKey::textValue(L"80"));
-  write(L"Unstorable", Variant::null());
-  EXPECT_FALSE(isStored(L"Unstorable"));
-  EXPECT_EQ(read(L"Unstorable").type(), VT_NULL);
+  write(L"Width", Variant::null());
+  EXPECT_EQ(read(L"Width").type(), VT_NULL);
   EXPECT_EQ(stored(L"Width"), L"80");
+  EXPECT_EQ(read(L"Missing", Variant::null()).type(), VT_NULL);
+  EXPECT_FALSE(isStored(L"Missing"));
+}
+
+TEST_F(CAppSettingsTest, AKeyThatMayNotBeWrittenKeepsWhatItHolds) {
+  useRegistry();
+  key.setValue(L"Editor", L"Width", TestKey::textValue(L"80"));
+  {
+    const auto denied = key.deny(L"Editor", KEY_SET_VALUE);
+    EXPECT_EQ(textIn(read(L"Width")), L"80");
+    write(L"Width", Variant(90L));
+    EXPECT_EQ(read(L"Missing", Variant(5L)).get().lVal, 5);
+    EXPECT_EQ(group->Save(), S_OK);
+    EXPECT_EQ(stored(L"Width"), L"80");
+    EXPECT_FALSE(isStored(L"Missing"));
+  }
+  EXPECT_EQ(group->Save(), S_OK) << "and takes what was cached when it may";
+  EXPECT_EQ(stored(L"Width"), L"90");
+  EXPECT_EQ(stored(L"Missing"), L"5");
+}
+
+TEST_F(CAppSettingsTest, AKeyThatMayNotBeReadGivesTheDefault) {
+  useRegistry();
+  key.setValue(L"Editor", L"Width", TestKey::textValue(L"80"));
+  {
+    const auto denied = key.deny(L"Editor", KEY_QUERY_VALUE | KEY_SET_VALUE);
+    EXPECT_EQ(read(L"Width").type(), VT_EMPTY);
+    EXPECT_EQ(read(L"Width", Variant(5L)).get().lVal, 5);
+  }
+  EXPECT_EQ(stored(L"Width"), L"80");
+}
+
+LSTATUS WINAPI refuseValue(HKEY, const char*, DWORD, DWORD, const BYTE*, DWORD) {
+  return ERROR_DISK_FULL;
+}
+
+BOOL WINAPI refuseLine(const char*, const char*, const char*, const char*) {
+  SetLastError(ERROR_DISK_FULL);
+  return FALSE;
+}
+
+TEST_F(CAppSettingsTest, AFullDiskKeepsWhatWasStored) {
+  const std::string content = "[Tools\\Editor]\r\nWidth=80\r\n";
+  ini.write(content);
+  key.setValue(L"Editor", L"Width", TestKey::textValue(L"80"));
+  const ImportHook noValue(component(), "RegSetValueExA", &refuseValue);
+  const ImportHook noLine(component(), "WritePrivateProfileStringA", &refuseLine);
+  useRegistry();
+  write(L"Width", Variant(90L));
+  EXPECT_EQ(read(L"Missing", Variant(5L)).get().lVal, 5);
+  useIni();
+  EXPECT_EQ(group->Save(), S_OK);
+  EXPECT_EQ(asString(), L"Group: Editor\r\n    [Width] 90\r\n    [Missing] 5");
+  EXPECT_EQ(stored(L"Width"), L"80");
+  EXPECT_FALSE(isStored(L"Missing"));
+  EXPECT_EQ(ini.content(), content);
+}
+
+TEST_F(CAppSettingsTest, AReadOnlyFileIsReadAndWrittenWhereTheSystemWrites) {
+  const std::string content = "[Tools\\Editor]\r\nWidth=80\r\n";
+  ini.write(content);
+  ini.setReadOnly();
+  const bool isProtected =
+      WritePrivateProfileStringA("Tools\\Editor", "Width", "80", ini.narrowPath().c_str()) == FALSE;
+  useIni();
+  EXPECT_EQ(textIn(read(L"Width")), L"80");
+  write(L"Width", Variant(90L));
+  EXPECT_EQ(ini.platformValue("Tools\\Editor", "Width"), isProtected ? "80" : "90");
 }
 
 TEST_F(CAppSettingsTest, NothingIsWrittenWhenAGroupGoes) {

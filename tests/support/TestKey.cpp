@@ -1,5 +1,6 @@
 #include "support/TestKey.h"
 
+#include <array>
 #include <cstring>
 #include <stdexcept>
 
@@ -24,6 +25,26 @@ class Key {
  private:
   HKEY key_ = nullptr;
 };
+
+/// Gives everybody every kind of access to a key but the denied ones.
+bool setAccess(const std::wstring& path, REGSAM denied) noexcept {
+  std::array<BYTE, SECURITY_MAX_SID_SIZE> everyone{};
+  DWORD size = static_cast<DWORD>(everyone.size());
+  std::array<BYTE, 256> entries{};
+  auto* const list = reinterpret_cast<ACL*>(entries.data());
+  SECURITY_DESCRIPTOR descriptor{};
+  HKEY key = nullptr;
+  const bool done = CreateWellKnownSid(WinWorldSid, nullptr, everyone.data(), &size) != FALSE &&
+                    InitializeAcl(list, static_cast<DWORD>(entries.size()), ACL_REVISION) != FALSE &&
+                    AddAccessDeniedAce(list, ACL_REVISION, denied, everyone.data()) != FALSE &&
+                    AddAccessAllowedAce(list, ACL_REVISION, KEY_ALL_ACCESS, everyone.data()) != FALSE &&
+                    InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) != FALSE &&
+                    SetSecurityDescriptorDacl(&descriptor, TRUE, list, FALSE) != FALSE &&
+                    RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, WRITE_DAC, &key) == ERROR_SUCCESS &&
+                    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, &descriptor) == ERROR_SUCCESS;
+  RegCloseKey(key);
+  return done;
+}
 
 }  // namespace
 
@@ -64,6 +85,14 @@ void TestKey::setValue(std::wstring_view below, const std::wstring& name, const 
                      static_cast<DWORD>(value.data.size())) != ERROR_SUCCESS) {
     throw std::runtime_error("the registry value cannot be set");
   }
+}
+
+std::shared_ptr<void> TestKey::deny(std::wstring_view below, REGSAM access) const {
+  const std::wstring denied = path(below);
+  if (!setAccess(denied, access)) {
+    throw std::runtime_error("the access to the registry key cannot be denied");
+  }
+  return {nullptr, [denied](void*) { setAccess(denied, 0); }};
 }
 
 std::wstring TestKey::text(std::wstring_view below, const std::wstring& name) const {

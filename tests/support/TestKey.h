@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,9 @@ class TestKey {
   /// A value as it is stored; REG_NONE without data if there is none.
   [[nodiscard]] Value value(std::wstring_view below, const std::wstring& name) const;
   void setValue(std::wstring_view below, const std::wstring& name, const Value& value);
+
+  /// Nobody gets these kinds of access to a key below this one while the result lives.
+  [[nodiscard]] std::shared_ptr<void> deny(std::wstring_view below, REGSAM access) const;
 
   /// The text of a string value.
   [[nodiscard]] std::wstring text(std::wstring_view below, const std::wstring& name) const;
