@@ -22,8 +22,12 @@ std::string doublyTerminated(std::string text) {
 }
 
 /// A path as a list of one file. Nothing for one that would arrive as several, or as the name of others: what
-/// the code page cannot hold becomes "?", which is a wildcard to the shell.
+/// the code page cannot hold becomes "?", which is a wildcard to the shell. Nor for one that is longer than
+/// the shell takes; Wine's does not look.
 std::optional<std::string> fileList(const std::wstring& path) {
+  if (path.size() >= MAX_PATH) {
+    return std::nullopt;
+  }
   std::string narrow = toAnsi(path);
   if (path.find(L'\0') != std::wstring::npos || fromAnsi(narrow) != path) {
     return std::nullopt;
