@@ -95,12 +95,8 @@ TEST(TwoProcessesTest, DISABLED_SecondToIniFile) {
 void runWriters(const std::wstring& store, const std::wstring& hive, const std::wstring& root) {
   SetEnvironmentVariableW(hiveVariable, hive.c_str());
   SetEnvironmentVariableW(rootVariable, root.c_str());
-  std::wstring self(MAX_PATH, L'\0');
-  self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
-  const auto run = [&](const wchar_t* writer) {
-    return runProgram(test::quoted(self) +
-                      L" --gtest_also_run_disabled_tests --gtest_filter=TwoProcessesTest.DISABLED_" + writer +
-                      L"To" + store);
+  const auto run = [&](const std::wstring& writer) {
+    return runProgram(partOfATest(L"TwoProcessesTest.DISABLED_" + writer + L"To" + store));
   };
   DWORD first = 1;
   std::thread other([&] { first = run(L"First"); });

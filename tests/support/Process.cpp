@@ -1,33 +1,52 @@
 #include "support/Process.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "support/TempFolder.h"
 
 namespace zeq::test {
 
-DWORD runProgram(std::wstring commandLine, const std::wstring& folder) {
+Program::Program(std::wstring commandLine, const std::wstring& folder) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process{};
-  if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+  if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr,
                      folder.empty() ? nullptr : folder.c_str(), &startup, &process) == FALSE) {
     throw std::runtime_error("a program cannot be started");
   }
-  constexpr DWORD minute = 60000;
-  const bool ended = WaitForSingleObject(process.hProcess, minute) == WAIT_OBJECT_0;
-  DWORD code = 0;
-  if (ended) {
-    GetExitCodeProcess(process.hProcess, &code);
-  } else {
-    TerminateProcess(process.hProcess, 1);
-  }
   CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  if (!ended) {
+  process_ = process.hProcess;
+}
+
+Program::~Program() {
+  kill();
+  CloseHandle(process_);
+}
+
+void Program::kill() {
+  TerminateProcess(process_, 1);
+  WaitForSingleObject(process_, INFINITE);
+}
+
+DWORD Program::exitCode() {
+  constexpr DWORD minute = 60000;
+  if (WaitForSingleObject(process_, minute) != WAIT_OBJECT_0) {
     throw std::runtime_error("a program does not end");
   }
+  DWORD code = 0;
+  GetExitCodeProcess(process_, &code);
   return code;
+}
+
+DWORD runProgram(std::wstring commandLine, const std::wstring& folder) {
+  return Program(std::move(commandLine), folder).exitCode();
+}
+
+std::wstring partOfATest(const std::wstring& name) {
+  std::wstring self(MAX_PATH, L'\0');
+  self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
+  return quoted(self) + L" --gtest_also_run_disabled_tests --gtest_filter=" + name;
 }
 
 std::wstring systemFolder(int bits) {
