@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <cstring>
 
 #include "platform/CodePage.h"
 
@@ -28,17 +29,34 @@ bool isNameable(std::string_view file) noexcept {
   return file.size() < MAX_PATH && (isAbsolute || pathLength(file) < MAX_PATH);  // No absolute path grows.
 }
 
-/// The file to read from: one that cannot be named is one that is not there.
-const char* readable(const char* file) noexcept {
-  return isNameable(file) ? file : "C:\\?";
+/// What the narrow functions can take of a text: for a longer one, some systems use what lies in the memory.
+constexpr std::size_t longestText = 32766;
+
+template <class... Texts>
+bool areShort(Texts... texts) noexcept {
+  return ((texts == nullptr || strnlen(texts, longestText + 1) <= longestText) && ...);
+}
+
+/// The file to read from: one that cannot be named, or not be searched for such names, is one that is not
+/// there.
+template <class... Names>
+const char* readable(const char* file, Names... names) noexcept {
+  return isNameable(file) && areShort(names...) ? file : "C:\\?";
+}
+
+/// A name to look for.
+const char* readableName(const char* name) noexcept {
+  return areShort(name) ? name : "";
 }
 
 }  // namespace
 
 std::size_t readProfileString(const char* section, const char* key, const char* fallback,
-                              std::span<char> buffer, const char* file) noexcept {
-  return GetPrivateProfileStringA(section, key, fallback, buffer.data(), static_cast<DWORD>(buffer.size()),
-                                  readable(file));
+                              std::span<char> buffer, const char* file) {
+  const std::string cutFallback = areShort(fallback) ? std::string() : std::string(fallback, longestText);
+  return GetPrivateProfileStringA(readableName(section), readableName(key),
+                                  areShort(fallback) ? fallback : cutFallback.c_str(), buffer.data(),
+                                  static_cast<DWORD>(buffer.size()), readable(file, section, key));
 }
 
 std::wstring profileValue(std::wstring_view section, std::wstring_view key, std::wstring_view fallback,
@@ -50,19 +68,28 @@ std::wstring profileValue(std::wstring_view section, std::wstring_view key, std:
 }
 
 std::size_t readProfileSection(const char* section, std::span<char> buffer, const char* file) noexcept {
-  return GetPrivateProfileSectionA(section, buffer.data(), static_cast<DWORD>(buffer.size()), readable(file));
+  return GetPrivateProfileSectionA(readableName(section), buffer.data(), static_cast<DWORD>(buffer.size()),
+                                   readable(file, section));
 }
 
 std::size_t readProfileSectionNames(std::span<char> buffer, const char* file) noexcept {
   return GetPrivateProfileSectionNamesA(buffer.data(), static_cast<DWORD>(buffer.size()), readable(file));
 }
 
-bool writeProfileString(const char* section, const char* key, const char* value, const char* file) noexcept {
-  return isNameable(file) && WritePrivateProfileStringA(section, key, value, file) != FALSE;
+bool writeProfileString(const char* section, const char* key, const char* value, const char* file) {
+  if (!isNameable(file) || !areShort(section, key)) {
+    return false;
+  }
+  if (areShort(value)) {
+    return WritePrivateProfileStringA(section, key, value, file) != FALSE;
+  }
+  return WritePrivateProfileStringW(fromAnsi(section).c_str(), fromAnsi(key).c_str(), fromAnsi(value).c_str(),
+                                    fromAnsi(file).c_str()) != FALSE;
 }
 
 bool writeProfileSection(const char* section, const std::string& lines, const char* file) noexcept {
-  return isNameable(file) && WritePrivateProfileSectionA(section, lines.c_str(), file) != FALSE;
+  return isNameable(file) && areShort(section) &&
+         WritePrivateProfileSectionA(section, lines.c_str(), file) != FALSE;
 }
 
 bool normalFileExists(const std::string& name) noexcept {

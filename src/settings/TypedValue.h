@@ -12,11 +12,12 @@ namespace zeq::settings {
 template <VARTYPE type>
 [[nodiscard]] auto typedValue(const VARIANT& value, const VARIANT& fallback) {
   automation::Variant converted;
-  if (FAILED(automation::changeType(converted.get(), value, type)) &&
+  const bool isConverted = value.vt != type;
+  if (isConverted && FAILED(automation::changeType(converted.get(), value, type)) &&
       (automation::isMissing(fallback) || FAILED(automation::changeType(converted.get(), fallback, type)))) {
     converted = automation::Variant().to(type);
   }
-  const VARIANT& result = converted.get();
+  const VARIANT& result = isConverted ? converted.get() : value;
   if constexpr (type == VT_BSTR) {
     return std::wstring(automation::text(result.bstrVal));
   } else if constexpr (type == VT_BOOL) {

@@ -593,7 +593,11 @@ TEST_F(CWinHelpTest, LeavesNothingBehind) {
 
 // ---- a machine without HTML Help
 
-HMODULE WINAPI noLibrary(const wchar_t*, HANDLE, DWORD) {
+int librariesAskedFor = 0;
+
+HMODULE WINAPI noLibrary(const wchar_t* name, HANDLE, DWORD) {
+  EXPECT_EQ(std::wstring(name), L"hhctrl.ocx");
+  ++librariesAskedFor;
   SetLastError(ERROR_MOD_NOT_FOUND);
   return nullptr;
 }
@@ -608,6 +612,7 @@ TEST(CWinHelpWithoutHtmlHelp, LosesOnlyTheHelp) {
   ASSERT_NE(module, nullptr);
   {
     HtmlHelpViewer htmlHelp;
+    librariesAskedFor = 0;
     const ImportHook hook(module, "LoadLibraryExW", &noLibrary);
     using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
     const auto getClassObject = reinterpret_cast<GetClassObject>(
@@ -617,9 +622,11 @@ TEST(CWinHelpWithoutHtmlHelp, LosesOnlyTheHelp) {
     ComPtr<_CWinHelp> help;
     ASSERT_EQ(factory->CreateInstance(nullptr, __uuidof(_CWinHelp), help.outVoid()), S_OK);
     help->Create(Bstr(L"C:\\Guide.chm").get(), 0);
+    EXPECT_EQ(librariesAskedFor, 0) << "not before it is needed";
     EXPECT_EQ(help->ShowContents(), S_OK);
     EXPECT_EQ(help->ShowFind(), S_OK);
     EXPECT_EQ(help->Hide(), S_OK);
+    EXPECT_EQ(librariesAskedFor, 1);
     EXPECT_THAT(htmlHelp.take(), IsEmpty());
     Bstr file;
     EXPECT_EQ(help->get_HelpFile(file.out()), S_OK);

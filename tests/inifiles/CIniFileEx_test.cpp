@@ -168,6 +168,58 @@ TEST_F(CIniFileExTest, WritesValuesAsText) {
   EXPECT_EQ(ini.platformValue("General", "Old"), "kept");
 }
 
+TEST_F(CIniFileExTest, WritesValuesOfAnyLength) {
+  open("");
+  for (const unsigned length : {254U, 255U, 16383U, 16384U, 60000U}) {
+    const std::wstring text(length, L'v');
+    EXPECT_EQ(setValue(L"Name", Variant(std::wstring_view(text))), S_OK);
+    EXPECT_TRUE(ini.content() == "[General]\r\nName=" + std::string(length, 'v') + "\r\n") << length;
+    EXPECT_EQ(value(L"Name").size(), 254U) << length;
+  }
+}
+
+TEST_F(CIniFileExTest, WritesInTheCodePageUpToTheFirstNul) {
+  using namespace std::literals;
+  open("");
+  EXPECT_EQ(setValue(L"Word", Variant(L"a\x4E2Dz")), S_OK);
+  EXPECT_EQ(ini.platformValue("General", "Word"), narrow(L"a\x4E2Dz"));
+  EXPECT_EQ(value(L"Word"), wide(narrow(L"a\x4E2Dz")));
+  EXPECT_EQ(setValue(L"Cut\0key"sv, Variant(L"cut\0value"sv)), S_OK);
+  EXPECT_EQ(ini.platformValue("General", "Cut"), "cut");
+  EXPECT_EQ(getValue(L"Missing\0key"sv, L"cut\0default"sv), L"cut");
+}
+
+TEST_F(CIniFileExTest, OnlySingleValuesLoseTheirQuotes) {
+  open("[General]\r\nDouble=\"  kept  \"\r\nSingle='x y'\r\nHalf=\"x y\r\n");
+  for (const char* key : {"Double", "Single", "Half"}) {
+    EXPECT_EQ(value(wide(key)), wide(ini.platformValue("General", key))) << key;
+  }
+  EXPECT_EQ(value(L"Double"), L"  kept  ");
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSectionValues), 3);
+  EXPECT_THAT(textsIn(array.get()), ElementsAre(L"\"  kept  \"", L"'x y'", L"\"x y"));
+}
+
+TEST_F(CIniFileExTest, ListsKeysAndSectionsAsOftenAsTheyStandThere) {
+  open("[General]\r\nkey=1\r\nother=2\r\nKEY=3\r\n[Other]\r\nb=2\r\n[general]\r\nlast=4\r\n");
+  std::string names(2047, '\0');
+  names.resize(GetPrivateProfileSectionNamesA(names.data(), 2047, ini.narrowPath().c_str()));
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSections),
+            static_cast<short>(std::count(names.begin(), names.end(), '\0')));
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSectionKeys), 3);
+  EXPECT_THAT(textsIn(array.get()), ElementsAre(L"key", L"other", L"KEY"));
+  EXPECT_EQ(value(L"key"), L"1");
+  EXPECT_EQ(value(L"last"), wide(ini.platformValue("General", "last")));
+}
+
+TEST_F(CIniFileExTest, AReadOnlyFileIsReadAndWrittenWhereTheSystemWrites) {
+  open("[General]\r\nName=x\r\n");
+  ini.setReadOnly();
+  const bool isProtected =
+      WritePrivateProfileStringA("General", "Name", "x", ini.narrowPath().c_str()) == FALSE;
+  EXPECT_EQ(setValue(L"Name", Variant(L"y")), S_OK);
+  EXPECT_EQ(value(L"Name"), isProtected ? L"x" : L"y");
+}
+
 TEST_F(CIniFileExTest, WhatHasNoTextIsNotWritten) {
   open("[General]\r\nName=kept\r\n");
   EXPECT_EQ(setValue(L"Name", Variant::null()), S_OK);
@@ -301,6 +353,14 @@ TEST_F(CIniFileExTest, WriteSectionTakesEveryKindOfArray) {
   numbers.get().vt = VT_ARRAY | VT_I4;
   EXPECT_EQ(file->writeSection(numbers.get()), S_OK);
   EXPECT_EQ(value(L"c"), L"");
+}
+
+TEST_F(CIniFileExTest, WriteSectionTakesANulForTheEndOfALine) {
+  using namespace std::literals;
+  open("[General]\r\nold=1\r\n");
+  EXPECT_EQ(file->writeSection(textArray({L"a=1\0b=2"sv, L"c=\x4E2D"}).get()), S_OK);
+  EXPECT_EQ(ini.platformValue("General", nullptr), std::string("a\0b\0c\0", 6));
+  EXPECT_EQ(ini.platformValue("General", "c"), narrow(L"\x4E2D"));
 }
 
 TEST_F(CIniFileExTest, WriteSectionIgnoresWhatIsNoArray) {

@@ -1,4 +1,4 @@
-// Ini files whose names are as long as the system's functions can take, and longer.
+// Ini files with names and texts as long as the system's functions can take, and longer.
 
 #include "platform/ProfileFiles.h"
 
@@ -99,6 +99,44 @@ TEST_F(ProfileFiles, TheWholePathCountsWhereANameIsRelative) {
   EXPECT_TRUE(exists(fromAnsi(file)));
   expectRefused(relative + "n");
   expectRefused(".\\" + std::string(1000, 'n'));
+}
+
+TEST_F(ProfileFiles, ValuesHaveAnyLength) {
+  const std::string file = toAnsi(temp.file(L"x.ini"));
+  for (const std::size_t length : {32'766U, 32'767U, 65'536U, 100'000U}) {
+    SCOPED_TRACE(length);
+    const std::string value = std::string(length - 1, 'v') + "\xE9";
+    EXPECT_TRUE(writeProfileString("S", "k", value.c_str(), file.c_str()));
+    EXPECT_TRUE(contentOf(fromAnsi(file)) == "[S]\r\nk=" + value + "\r\n");
+    std::array<char, 300> buffer;
+    EXPECT_EQ(readProfileString("S", "k", "", buffer, file.c_str()), 299U);
+    EXPECT_EQ(readProfileString("S", "none", value.c_str(), buffer, file.c_str()), 299U);
+    EXPECT_EQ(std::string_view(buffer.data()), value.substr(0, 299));
+    EXPECT_TRUE(writeProfileSection("S", "k=" + value + std::string(1, '\0'), file.c_str()));
+    EXPECT_TRUE(contentOf(fromAnsi(file)) == "[S]\r\nk=" + value + "\r\n");
+  }
+}
+
+TEST_F(ProfileFiles, NamesOfMoreThan32766CharactersAreNeverFound) {
+  const std::string file = toAnsi(temp.file(L"x.ini", "[S]\r\nk=v\r\n"));
+  std::array<char, 300> buffer;
+  for (const std::size_t length : {32'767U, 65'536U, 100'000U}) {
+    SCOPED_TRACE(length);
+    const std::string name(length, 'n');
+    EXPECT_EQ(readProfileString(name.c_str(), "k", "fallback", buffer, file.c_str()), 8U);
+    EXPECT_EQ(readProfileString("S", name.c_str(), "fallback", buffer, file.c_str()), 8U);
+    EXPECT_EQ(std::string_view(buffer.data()), "fallback");
+    EXPECT_EQ(readProfileString(name.c_str(), nullptr, "", buffer, file.c_str()), 0U);
+    EXPECT_EQ(readProfileSection(name.c_str(), buffer, file.c_str()), 0U);
+    EXPECT_FALSE(writeProfileString(name.c_str(), "k", "v", file.c_str()));
+    EXPECT_FALSE(writeProfileString("S", name.c_str(), "v", file.c_str()));
+    EXPECT_FALSE(writeProfileString(name.c_str(), nullptr, nullptr, file.c_str()));
+    EXPECT_FALSE(writeProfileSection(name.c_str(), std::string("k=w\0", 4), file.c_str()));
+    EXPECT_EQ(contentOf(fromAnsi(file)), "[S]\r\nk=v\r\n");
+  }
+  const std::string longest(32'766, 'n');
+  EXPECT_TRUE(writeProfileString(longest.c_str(), longest.c_str(), "v", file.c_str()));
+  EXPECT_EQ(readProfileString(longest.c_str(), longest.c_str(), "", buffer, file.c_str()), 1U);
 }
 
 TEST_F(ProfileFiles, ANameWithoutAFolderCountsFromTheWindowsFolder) {

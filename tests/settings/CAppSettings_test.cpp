@@ -238,6 +238,13 @@ TEST_F(CAppSettingsTest, AnIniFileIsReadAndWritten) {
   EXPECT_EQ(ini.content(), "[Tools\\Editor]\r\nFont=Arial\r\n");
 }
 
+TEST_F(CAppSettingsTest, ALongIniValueIsReadAndLeftWith254Characters) {
+  useIni();
+  ini.write("[Tools\\Editor]\r\nLong=" + std::string(300, 'v') + "\r\n");
+  EXPECT_EQ(textIn(read(L"Long")), std::wstring(254, L'v'));
+  EXPECT_EQ(ini.content(), "[Tools\\Editor]\r\nLong=" + std::string(254, 'v') + "\r\n");
+}
+
 TEST_F(CAppSettingsTest, WithoutAStoreItIsACache) {
   EXPECT_EQ(read(L"Missing", Variant(5L)).get().lVal, 5);
   write(L"Width", Variant(80L));
