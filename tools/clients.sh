@@ -10,13 +10,14 @@ failed=0
 work=$build/clients
 
 # run_client BITS NAME COMMAND...: runs one client, which gets the path of an empty folder as its last argument, and adds
-# its counts to the total.
+# its counts to the total. One that crashes or hangs after its last check has failed all the same.
 run_client() {
-  local bits=$1 name=$2 totals
+  local bits=$1 name=$2 totals status=0
   shift 2
   local home=$work/$bits-$name
   mkdir -p "$home/scratch"
-  timeout -k 10 120 "$(wine_for "$bits")" "$@" "$(windows_path "$home/scratch")" >"$home/output" 2>&1 </dev/null || true
+  timeout -k 10 120 "$(wine_for "$bits")" "$@" "$(windows_path "$home/scratch")" >"$home/output" 2>&1 </dev/null ||
+    status=$?
   sed -i 's/\r$//' "$home/output"
   totals=$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$home/output" | tail -n 1) || true
   grep '^FAILED' "$home/output" || true
@@ -24,6 +25,10 @@ run_client() {
     passed=$((passed + BASH_REMATCH[1]))
     failed=$((failed + BASH_REMATCH[2]))
     say "$bits-bit $name: $totals"
+    if [ "$status" -ne 0 ] && [ "${BASH_REMATCH[2]}" -eq 0 ]; then
+      failed=$((failed + 1))
+      say "FAILED $bits-bit $name, status $status at its end: $(tail -n 1 "$home/output")"
+    fi
   else
     failed=$((failed + 1))
     say "FAILED $bits-bit $name stopped before its end; the last it said: $(tail -n 1 "$home/output")"

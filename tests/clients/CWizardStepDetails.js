@@ -31,3 +31,5 @@ step.TheStep = page;
 equal("the page is kept", step.TheStep === page, true);
 equal("the page runs", step.Execute("Alone", ""), 3);
 equal("it sees what it may do", seen, "Alone falsefalsefalse");
+step = null;  // While the script host can still run the page's functions.
+equal("a record that ends frees its page", freed, 1);
