@@ -1,9 +1,15 @@
 #!/usr/bin/env bash
 # Registers the built library for both bitnesses and runs its clients as a user does: the scripts of tests/clients with
-# the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, and the samples. Arguments name
-# scripts to run instead of all (CFakeDrive.vbs, or CFakeDrive for every language, or samples). The last line is the total.
+# the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, and the samples:
+# tools/clients.sh [32|64] [script]... Scripts are named CFakeDrive.vbs, or CFakeDrive for every language, or samples. The
+# last line is the total.
 source "$(dirname "$0")/lib.sh"
-use_prefix test
+
+all_bits=(32 64)
+if [[ ${1:-} =~ ^(32|64)$ ]]; then
+  all_bits=("$1")
+  shift
+fi
 
 passed=0
 failed=0
@@ -98,11 +104,10 @@ for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samp
 done
 [ ${#scripts[@]} -gt 0 ] || die "no such script in tests/clients or samples"
 
-for bits in 32 64; do
+for bits in "${all_bits[@]}"; do
+  use_prefix "test$bits"
   register_library "$bits"
-done
-rm -rf "$work"
-for bits in 32 64; do
+  rm -rf "$work/$bits-"*
   for script in "${scripts[@]}"; do
     case $script in
       samples/*) run_sample "$bits" "$script" ;;
@@ -114,7 +119,7 @@ for bits in 32 64; do
       run_client "$bits" "${binding}_client" "$build/win$bits/bin/${binding}_client.exe"
     done
   fi
+  stop_prefix
 done
-stop_prefix
 say "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -34,14 +34,14 @@ void succeed(BOOL result) {
 enum class Kind { file, folder };
 
 /// The extended paths of the files, or the folders, that a text names. Throws if there are none.
-std::vector<std::wstring> sources(const std::wstring& spec, Kind kind) {
+std::vector<std::wstring> sources(const std::wstring& source, Kind kind) {
   const bool wantsFolder = kind == Kind::folder;
   const DWORD notFound = wantsFolder ? ERROR_PATH_NOT_FOUND : ERROR_FILE_NOT_FOUND;
-  if (fileName(spec).empty() || isSeparator(spec.back())) {
+  if (fileName(source).empty() || isSeparator(source.back())) {
     fail(ERROR_PATH_NOT_FOUND);
   }
-  std::wstring path = extendedPath(spec);
-  if (!hasWildcards(spec)) {
+  std::wstring path = extendedPath(source);
+  if (!hasWildcards(source)) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
       const DWORD error = GetLastError();
@@ -171,14 +171,14 @@ void copyTree(const std::wstring& root, const std::wstring& destination, bool ov
 
 }  // namespace
 
-void deleteFile(const std::wstring& spec, bool force) {
-  for (const std::wstring& path : sources(spec, Kind::file)) {
+void deleteFile(const std::wstring& source, bool force) {
+  for (const std::wstring& path : sources(source, Kind::file)) {
     deleteOneFile(path, GetFileAttributesW(path.c_str()), force);
   }
 }
 
-void deleteFolder(const std::wstring& spec, bool force) {
-  for (const std::wstring& path : sources(spec, Kind::folder)) {
+void deleteFolder(const std::wstring& source, bool force) {
+  for (const std::wstring& path : sources(source, Kind::folder)) {
     deleteTree(path, force);
   }
 }

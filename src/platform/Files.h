@@ -54,8 +54,8 @@ struct DriveSpace {
 // then, or if the destination ends with a separator, the destination is the folder to put things in, else
 // their new name. `force` includes what is read only. They stop at the first failure; what is done stays
 // done.
-void deleteFile(const std::wstring& spec, bool force);
-void deleteFolder(const std::wstring& spec, bool force);
+void deleteFile(const std::wstring& source, bool force);
+void deleteFolder(const std::wstring& source, bool force);
 void moveFile(const std::wstring& source, const std::wstring& destination);
 void moveFolder(const std::wstring& source, const std::wstring& destination);
 /// Merges into folders that exist. A link to another folder is copied as the contents that it shows, links
