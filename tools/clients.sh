@@ -15,30 +15,47 @@ passed=0
 failed=0
 work=$build/clients
 
-# run_client BITS NAME COMMAND...: runs one client, which gets the path of an empty folder as its last argument, and adds
-# its counts to the total. One that crashes or hangs after its last check has failed all the same.
-run_client() {
-  local bits=$1 name=$2 totals status=0
-  shift 2
-  local home=$work/$bits-$name
-  mkdir -p "$home/scratch"
-  timeout -k 10 120 "$(wine_for "$bits")" "$@" "$(windows_path "$home/scratch")" >"$home/output" 2>&1 </dev/null ||
-    status=$?
-  sed -i 's/\r$//' "$home/output"
-  totals=$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$home/output" | tail -n 1) || true
-  grep '^FAILED' "$home/output" || true
+# count_output NAME FILE STATUS: adds the counts in a client's output to the total. One that crashes or hangs after its last
+# check has failed all the same.
+count_output() {
+  local name=$1 output=$2 status=$3 totals
+  sed -i 's/\r$//' "$output"
+  totals=$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$output" | tail -n 1) || true
+  grep '^FAILED' "$output" || true
   if [[ $totals =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]] && ((BASH_REMATCH[1] + BASH_REMATCH[2] > 0)); then
     passed=$((passed + BASH_REMATCH[1]))
     failed=$((failed + BASH_REMATCH[2]))
-    say "$bits-bit $name: $totals"
+    say "$name: $totals"
     if [ "$status" -ne 0 ] && [ "${BASH_REMATCH[2]}" -eq 0 ]; then
       failed=$((failed + 1))
-      say "FAILED $bits-bit $name, status $status at its end: $(tail -n 1 "$home/output")"
+      say "FAILED $name, status $status at its end: $(tail -n 1 "$output")"
     fi
   else
     failed=$((failed + 1))
-    say "FAILED $bits-bit $name stopped before its end; the last it said: $(tail -n 1 "$home/output")"
+    say "FAILED $name stopped before its end; the last it said: $(tail -n 1 "$output")"
   fi
+}
+
+# run_client BITS NAME COMMAND...: runs one client, attended as by a user at the screen. It gets the path of an empty
+# folder as its last argument.
+run_client() {
+  local bits=$1 name=$2 status=0
+  shift 2
+  local home=$work/$bits-$name
+  mkdir -p "$home/scratch"
+  timeout -k 10 120 "$(wine_for "$bits")" "$build/win$bits/bin/attend.exe" "$@" "$(windows_path "$home/scratch")" \
+    >"$home/output" 2>&1 </dev/null || status=$?
+  count_output "$bits-bit $name" "$home/output" "$status"
+}
+
+# check_coverage BITS: whether the scripts of every class use every member in each language.
+check_coverage() {
+  local bits=$1 status=0
+  local home=$work/$bits-coverage
+  mkdir -p "$home"
+  describe_library "$bits" "$home/typelib.json"
+  /usr/bin/python3 tests/clients/coverage.py "$home/typelib.json" tests/clients >"$home/output" 2>&1 || status=$?
+  count_output "$bits-bit members that the scripts use" "$home/output" "$status"
 }
 
 # run_script BITS SCRIPT: runs a script together with the functions that it checks with.
@@ -116,8 +133,9 @@ for bits in "${all_bits[@]}"; do
   done
   if [ $# -eq 0 ]; then
     for binding in early late; do
-      run_client "$bits" "${binding}_client" "$build/win$bits/bin/${binding}_client.exe"
+      run_client "$bits" "${binding}_client" "$(windows_path "$build/win$bits/bin/${binding}_client.exe")"
     done
+    check_coverage "$bits"
   fi
   stop_prefix
 done

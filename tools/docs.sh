@@ -6,7 +6,7 @@ source "$(dirname "$0")/lib.sh"
 use_prefix docs
 
 step "docs: reading the type library"
-"$wine64" "$build/win64/bin/describe_typelib.exe" "$(windows_path "$root/dist/win64/ZEQUtility2.dll")" >"$build/typelib.json"
+describe_library 64 "$build/typelib.json"
 stop_prefix
 step "docs: writing the site"
 /usr/bin/python3 "$root/tools/docs/build_site.py" "$build/typelib.json" "$root/docs" "$root/docs/site"

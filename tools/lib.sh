@@ -53,6 +53,12 @@ wine_for() { if [ "$1" = 32 ]; then echo "$wine32"; else echo "$wine64"; fi; }
 # windows_path PATH: the Windows spelling of a path of this machine.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
+# describe_library BITS FILE: writes what the type library of the built DLL says, as JSON.
+describe_library() {
+  timeout 120 "$(wine_for "$1")" "$build/win$1/bin/describe_typelib.exe" "$(windows_path "$root/dist/win$1/ZEQUtility2.dll")" \
+    </dev/null >"$2" || die "the type library cannot be read"
+}
+
 # register_library BITS: registers the DLL of dist/ in the selected prefix with the regsvr32 of that bitness.
 register_library() {
   timeout 120 "$(wine_for "$1")" regsvr32.exe /s "$(windows_path "$root/dist/win$1/ZEQUtility2.dll")" \

@@ -17,6 +17,8 @@ equal("as 32-bit integer", options.ReadSettingLong("Editor", "Width"), 80);
 equal("as single", options.ReadSettingSingle("Editor", "Width"), 80);
 equal("as double", options.ReadSettingDouble("Editor", "Width"), 80);
 equal("a group reads the same store", options.Group("Editor").ReadSetting("Width"), "80");
+options.AutoSave = false;
+equal("AutoSave cannot be switched off", options.AutoSave, true);
 options.Save();
 options.Clear();
 equal("the options describe themselves", options.AsString(), path + " \\Tools");

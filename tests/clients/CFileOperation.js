@@ -26,6 +26,8 @@ equal("a create of anything is refused", op.SetCreate("D:\\b.txt", 2, 3), false)
 equal("a create is accepted", op.SetCreate("D:\\b.txt"), true);
 equal("a create is of a folder by default", op.ParameterType, 2);
 
+op.Parameter(1) = "D:\\c.txt";
+equal("a path can be set", op.Parameter(1), "D:\\c.txt");
 op.OpType = 1;
 op.Overwrite = 2;
 op.OverRideReadOnly = true;
@@ -33,7 +35,7 @@ op.DeleteNonEmptyFolder = 3;
 op.ParameterType = 1;
 op.State = 4;
 op.StatusHWnd = 0;
-equal("properties can be set", op.AsString, "Moving file D:\\b.txt to  [Overwrite] CurrentState: Cancelled");
+equal("properties can be set", op.AsString, "Moving file D:\\c.txt to  [Overwrite] CurrentState: Cancelled");
 equal("a finished operation is complete", op.PercentComplete, 100);
 equal("the other properties come back", "" + op.OverRideReadOnly + op.DeleteNonEmptyFolder, "true3");
 equal("states have words", op.StateAsString(5, true), "Completed unsucessfully");

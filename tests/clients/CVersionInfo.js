@@ -5,6 +5,8 @@ version.description = "text";
 version.VerMajor = 1;
 version.VerMinor = 2;
 version.Revision = 3;
+version.CreationDate = "2000-01-02";
+equal("the date is kept", new Date(version.CreationDate).getFullYear(), 2000);
 equal("the name is kept", version.ItemName, "Editor");
 equal("the description is kept", version.description, "text");
 equal("equal numbers", version.IsEqualTo(1, 2, 3), true);

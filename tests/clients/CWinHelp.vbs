@@ -40,6 +40,7 @@ help.ShowContents
 help.ShowIndex
 help.ShowFind
 help.ShowKeyword "printing"
+help.LocateHelp
 help.Hide
 Equal "showing changes nothing", help.HelpFile, Scratch & "\Guide.txt"
 

@@ -1,4 +1,5 @@
-// A script reports to its user and its developers: every member that needs nobody at the screen, late-bound.
+// A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message
+// boxes with the title "Attended".
 var audit = new ActiveXObject("ZEQUtility2.CZEQAudit");
 var files = new ActiveXObject("Scripting.FileSystemObject");
 var logFile = scratch() + "\\debug.log";
@@ -26,6 +27,9 @@ equal("the mask is kept", audit.DebugMask, 1);
 equal("an information is status", audit.ZEQAudit("one", 4), 1);
 equal("in the box", box.Text, "one");
 equal("and in the log by the mask", logged().substring(9), "] one\r\n");
+equal("a message box", audit.ZEQMsgBox("hello", 0, "Attended"), 1);
+audit.DebugFile = "";
+equal("the debug file can be none", audit.DebugFile, "");
 audit.StatusDestControl = { Caption: "" };
 audit.ZEQAudit("two");
 equal("another control takes its place", box.Text, "one");

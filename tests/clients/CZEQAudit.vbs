@@ -1,4 +1,5 @@
-' A script reports to its user and its developers: every member that needs nobody at the screen, late-bound.
+' A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message
+' boxes with the title "Attended".
 Option Explicit
 
 Class Label
@@ -58,6 +59,10 @@ audit.DebugMask = 4
 Equal "the mask is kept", audit.DebugMask, 4
 audit.ZEQAudit "both", 3
 Equal "the mask adds the status", control.Text, "both"
+Dim title
+title = "Attended"
+Equal "a message box", audit.ZEQMsgBox(message, 0, title), vbOK
+Equal "its title stays", title, "Attended"
 audit.ZEQAudit "a warning", 2, 1 + 16
 Equal "a warning never stops", control.Text, "a warning"
 audit.DebugFile = ""
