@@ -230,6 +230,14 @@ TEST_F(CZEQAuditTest, WritesTheCodePageOfTheSystem) {
   EXPECT_EQ(logged().substr(11), std::string(expected.data(), static_cast<std::size_t>(length)) + "\r\n");
 }
 
+TEST_F(CZEQAuditTest, WritesEveryCharacterOfAMessage) {
+  setUp();
+  const Bstr message(std::wstring_view(L"a\0b\r\nc", 6));
+  BSTR argument = message.get();
+  EXPECT_EQ(audit->ZEQDbgLog(&argument), S_OK);
+  EXPECT_EQ(logged().substr(11), std::string("a\0b\r\nc\r\n", 8));
+}
+
 TEST_F(CZEQAuditTest, WritesEmptyAndLongMessages) {
   setUp();
   write(L"");

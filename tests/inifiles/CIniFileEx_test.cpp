@@ -489,6 +489,20 @@ TEST_F(CIniFileExTest, ASectionTooLargeReadsAsNothing) {
   }
 }
 
+TEST_F(CIniFileExTest, MoreSectionsThanTheBufferHoldsReadAsNone) {
+  std::string content;
+  for (int i = 0; i < 1638; ++i) {  // Ten characters each, with the NUL.
+    content += "[num" + std::to_string(100000 + i) + "]\r\n";
+  }
+  open(content.substr(0, content.size() - 13));
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSections), 1637);
+  open(content);
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSections), 1638);
+  open(content + "[xy]\r\n");
+  EXPECT_EQ(enumerate(&_CIniFileEx::enumSections), -1);
+  EXPECT_EQ(array.type(), VT_NULL);
+}
+
 TEST_F(CIniFileExTest, ListsTheSectionsOfAFileOf60000Bytes) {
   std::string content;
   Texts names;

@@ -406,6 +406,36 @@ TEST_F(CAppSettingsTest, AFullDiskKeepsWhatWasStored) {
   EXPECT_EQ(ini.content(), content);
 }
 
+int systemCalls = 0;
+
+LSTATUS WINAPI countValue(HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data,
+                          DWORD size) {
+  ++systemCalls;
+  return RegSetValueExA(key, name, reserved, type, data, size);
+}
+
+BOOL WINAPI countLine(const char* section, const char* key, const char* value, const char* file) {
+  ++systemCalls;
+  return WritePrivateProfileStringA(section, key, value, file);
+}
+
+TEST_F(CAppSettingsTest, EachWriteIsOneCallOfTheSystem) {
+  const ImportHook values(component(), "RegSetValueExA", &countValue);
+  const ImportHook lines(component(), "WritePrivateProfileStringA", &countLine);
+  for (const bool inRegistry : {true, false}) {
+    inRegistry ? useRegistry() : useIni();
+    group->Clear();
+    systemCalls = 0;
+    write(L"Width", Variant(80L));
+    EXPECT_EQ(systemCalls, 1);
+    write(L"Width", Variant(80L));
+    write(L"Height", Variant(25L));
+    EXPECT_EQ(systemCalls, 3);
+    EXPECT_EQ(group->Save(), S_OK);
+    EXPECT_EQ(systemCalls, 5);
+  }
+}
+
 TEST_F(CAppSettingsTest, AReadOnlyFileIsReadAndWrittenWhereTheSystemWrites) {
   const std::string content = "[Tools\\Editor]\r\nWidth=80\r\n";
   ini.write(content);
