@@ -335,11 +335,11 @@ STDMETHODIMP CZEQFileSystemObject::FSO_SuggestFolderChild(BSTR parentFolderA, BS
 STDMETHODIMP CZEQFileSystemObject::FSO_GetSpecialFolderLocation(FSO_SystemFolderID PathID,
                                                                 BSTR* result) noexcept {
   return quietly(result, [&]() -> std::wstring {
-    std::wstring folder = platform::specialFolder(PathID).value_or(std::wstring());
-    if (!folder.empty() && folder.back() != L'\\') {
-      folder += L'\\';
+    const auto folder = platform::specialFolder(PathID);
+    if (!folder) {
+      return {};
     }
-    return folder;
+    return folder->ends_with(L'\\') ? *folder : *folder + L'\\';
   });
 }
 

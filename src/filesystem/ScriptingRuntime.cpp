@@ -19,8 +19,12 @@ long forEachMember(Members& members, const ScriptingRuntime::Visitor& visit) {
   if (!enumerator) {
     throw automation::Error(E_NOINTERFACE);
   }
-  Variant object;
-  while (enumerator->Next(1, object.out(), nullptr) == S_OK) {
+  const auto next = [&](Variant& object) {
+    const HRESULT found = enumerator->Next(1, object.out(), nullptr);
+    check(found);
+    return found == S_OK;
+  };
+  for (Variant object; next(object);) {
     ComPtr<Member> member;
     check(automation::objectIn(object.get())->QueryInterface(__uuidof(Member), member.outVoid()));
     Bstr path;

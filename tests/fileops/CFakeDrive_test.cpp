@@ -224,6 +224,22 @@ TEST_F(CFakeDriveTest, RefusesNullResults) {
   EXPECT_EQ(drive->get_TooFull(nullptr), E_POINTER);
 }
 
+TEST_F(CFakeDriveTest, NoMemberLeaks) {
+  drive->put_Name(Bstr(L"C:").get());
+  for (const wchar_t* property :
+       {L"FreeSpace", L"SpaceUsed", L"SafetyMargin", L"Capacity", L"Delta", L"LowTide", L"HighTide",
+        L"LowTideDelta", L"HighTideDelta", L"TooFull", L"Name", L"AsString"}) {
+    expectNoLeak(10000, [&] { late.get(property); });
+  }
+  for (const wchar_t* property : {L"SpaceUsed", L"SafetyMargin", L"Capacity", L"Name"}) {
+    expectNoLeak(10000, [&] { late.put(property, Variant(L"1000")); });
+  }
+  for (const wchar_t* method : {L"UseBytes", L"FreeBytes"}) {
+    expectNoLeak(10000, [&] { late.call(method, Variant(L"100")); });
+  }
+  expectNoLeak(10000, [&] { late.call(L"ResetLimits"); });
+}
+
 TEST_F(CFakeDriveTest, LeaksNothing) {
   expectNoLeak(10000, [&] {
     const auto made = create<CFakeDrive, _CFakeDrive>();

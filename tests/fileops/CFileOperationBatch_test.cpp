@@ -5,6 +5,7 @@
 #include "fileops/ClientTask.h"
 #include "fileops/Recorder.h"
 #include "support/Component.h"
+#include "support/ImportHook.h"
 #include "support/Leaks.h"
 
 namespace zeq::test {
@@ -460,6 +461,25 @@ TEST_F(BatchTest, ASimulationWatchesTheDrives) {
   EXPECT_EQ(count(held), 0);
 }
 
+BOOL WINAPI answerSpace(const wchar_t* /*root*/, ULARGE_INTEGER* available, ULARGE_INTEGER* total,
+                        ULARGE_INTEGER* free) {
+  available->QuadPart = 10;
+  total->QuadPart = std::uint64_t{5} << 40;
+  free->QuadPart = std::uint64_t{3} << 40;
+  return TRUE;
+}
+
+TEST_F(BatchTest, AMonitorCountsWhatIsFreeOnTheWholeDrive) {
+  const ImportHook hook(component(), "GetDiskFreeSpaceExW", &answerSpace);
+  addCopy(sandbox.file(L"a", 100), sandbox.path(L"b"));
+  execute(simulated);
+  const auto drive = monitor(sandbox.root().substr(0, 2));
+  constexpr double tebibyte = 1099511627776.0;
+  EXPECT_EQ(read(drive, &_CFakeDrive::get_Capacity), 5 * tebibyte);
+  EXPECT_EQ(read(drive, &_CFakeDrive::get_LowTide), 2 * tebibyte);
+  EXPECT_EQ(read(drive, &_CFakeDrive::get_SpaceUsed), 2 * tebibyte + 100);
+}
+
 TEST_F(BatchTest, AMonitorStartsFromTheRealDrive) {
   addCopy(sandbox.file(L"a", 100), sandbox.path(L"b"));
   ULARGE_INTEGER available{};
@@ -803,6 +823,43 @@ TEST_F(BatchTest, RefusesNullResults) {
   EXPECT_EQ(batch->Execute(VARIANT_TRUE, nullptr), E_POINTER);
   EXPECT_EQ(batch->Add(nullptr), E_POINTER);
   EXPECT_EQ(batch->get_Tasks(nullptr), E_POINTER);
+}
+
+TEST_F(BatchTest, NoMemberLeaks) {
+  const Variant path(std::wstring_view(sandbox.path(L"missing")));
+  for (const wchar_t* method : {L"AddMove", L"AddCopy"}) {
+    expectNoLeak(10000, [&] {
+      late.call(method, path, path);
+      late.call(L"Clear");
+    });
+  }
+  for (const wchar_t* method : {L"AddDelete", L"AddCreate"}) {
+    expectNoLeak(10000, [&] {
+      late.call(method, path);
+      late.call(L"Clear");
+    });
+  }
+  expectNoLeak(10000, [&] {
+    late.call(L"Add");
+    late.call(L"Clear");
+  });
+  late.call(L"AddDelete", path);
+  expectNoLeak(10000, [&] {
+    late.call(L"Execute", Variant(true));
+    events.clear();
+  });
+  for (const wchar_t* property : {L"Tasks", L"DriveMonitors", L"Simulating", L"CurrentTaskIndex",
+                                  L"CurrentTask", L"State", L"StatusHWnd"}) {
+    expectNoLeak(10000, [&] { late.get(property); });
+  }
+  for (const wchar_t* property : {L"State", L"StatusHWnd"}) {
+    expectNoLeak(10000, [&] {
+      late.put(property, Variant(L"2"));
+      late.put(property, Variant(L"1"));
+    });
+  }
+  expectNoLeak(10000, [&] { late.get(L"AsString", Variant(true)); });
+  expectNoLeak(10000, [&] { late.get(L"StateAsString", Variant(2L), Variant(false)); });
 }
 
 TEST_F(BatchTest, LeaksNothing) {

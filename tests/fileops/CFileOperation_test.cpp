@@ -249,6 +249,37 @@ TEST_F(CFileOperationTest, RefusesNullResults) {
   EXPECT_EQ(operation->Execute(VARIANT_FALSE, nullptr), E_POINTER);
 }
 
+TEST_F(CFileOperationTest, NoMemberLeaks) {
+  const Sandbox sandbox;
+  const Variant path(std::wstring_view(sandbox.path(L"file")));
+  const Variant other(std::wstring_view(sandbox.path(L"other")));
+  for (const wchar_t* method : {L"SetMove", L"SetCopy"}) {
+    expectNoLeak(10000, [&] { late.call(method, path, other, Variant(3L), Variant(1L)); });
+  }
+  expectNoLeak(10000, [&] { late.call(L"SetDelete", path); });
+  expectNoLeak(10000, [&] { late.call(L"SetCreate", path, Variant(2L), Variant(1L)); });
+  for (const wchar_t* property :
+       {L"OpType", L"Overwrite", L"OverRideReadOnly", L"DeleteNonEmptyFolder", L"ParameterType", L"State",
+        L"StatusHWnd", L"AsString", L"Simulating", L"PercentComplete"}) {
+    expectNoLeak(10000, [&] { late.get(property); });
+  }
+  for (const wchar_t* property :
+       {L"Overwrite", L"OverRideReadOnly", L"DeleteNonEmptyFolder", L"State", L"StatusHWnd"}) {
+    expectNoLeak(10000, [&] { late.put(property, Variant(L"2")); });
+  }
+  expectNoLeak(10000, [&] { late.get(L"Parameter", Variant(1L)); });
+  expectNoLeak(10000, [&] { late.put(L"Parameter", Variant(2L), path); });
+  expectNoLeak(10000, [&] { late.get(L"StateAsString", Variant(2L), Variant(true)); });
+  expectNoLeak(10000, [&] {
+    late.call(L"SetCreate", path, Variant(2L), Variant(1L));
+    late.call(L"Execute", Variant(true));
+    late.call(L"SetDelete", path);
+    late.call(L"Execute", Variant(true));
+  });
+  EXPECT_EQ(late.put(L"OpType", Variant(0L)).code, S_OK);
+  expectNoLeak(10000, [&] { late.put(L"ParameterType", Variant(L"2")); });
+}
+
 TEST_F(CFileOperationTest, LeaksNothing) {
   expectNoLeak(10000, [&] {
     const auto made = create<CFileOperation, _CFileOperation>();

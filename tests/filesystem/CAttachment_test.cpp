@@ -121,6 +121,15 @@ TEST_F(CAttachmentTest, AsksTheShellForTheType) {
   EXPECT_EQ(get(&_CAttachment::get_Association), L"");
 }
 
+TEST_F(CAttachmentTest, PathsMayBeOfAnyLength) {
+  const std::wstring folder = L"C:\\" + std::wstring(31990, L'x');
+  attach(folder + L"\\a.b");
+  EXPECT_EQ(get(&_CAttachment::get_Location), folder);
+  EXPECT_EQ(get(&_CAttachment::get_Name), L"a");
+  EXPECT_EQ(get(&_CAttachment::get_Extension), L"b");
+  EXPECT_FALSE(execute());
+}
+
 // ---- opening it: the arguments
 
 struct Launch {
@@ -303,17 +312,17 @@ TEST_F(CAttachmentTest, TheShellKnowsNoProgramForAnUnknownType) {
   EXPECT_EQ(startedCommand, L"rundll32.exe shell32.dll,OpenAs_RunDLL " + path);
 }
 
-TEST_F(CAttachmentTest, LeavesNothingBehind) {
-  const Bstr path(L"C:\\docs\\missing.txt");
-  expectNoLeak(500, [&] {
-    const auto another = create<CAttachment, _CAttachment>();
-    another->Create(path.get());
-    VARIANT_BOOL result = VARIANT_TRUE;
-    another->Execute(&result);
-    Bstr text;
-    another->get_Location(text.out());
-    another->get_Association(text.out());
-  });
+TEST_F(CAttachmentTest, NoMemberLeaks) {
+  const Late late(attachment);
+  const Variant path(L"C:\\docs\\missing.txt");
+  expectNoLeak(10000, [&] { late.call(L"Create", path); });
+  for (const wchar_t* property :
+       {L"FullPath", L"Location", L"Name", L"Extension", L"Association", L"IconKey"}) {
+    expectNoLeak(10000, [&] { late.get(property); });
+    expectNoLeak(10000, [&] { late.put(property, path); });
+  }
+  expectNoLeak(10000, [&] { late.call(L"Execute"); });
+  expectNoLeak(1000, [&] { create<CAttachment, _CAttachment>()->Create(path.get().bstrVal); });
 }
 
 }  // namespace

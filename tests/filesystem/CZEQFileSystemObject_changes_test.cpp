@@ -4,6 +4,7 @@
 #include <regex>
 
 #include "filesystem/FileSystemTest.h"
+#include "support/ImportHook.h"
 
 namespace zeq::test {
 namespace {
@@ -193,6 +194,21 @@ TEST_F(FileSystemObjectChanges, FindsTemporaryNames) {
   EXPECT_EQ(tempFileName(temp / L"none", 5), L"");
   EXPECT_EQ(tempFileName(temp.file(L"file"), 5), L"");
   EXPECT_EQ(tempFileName(L"", 5), L"");
+}
+
+BOOLEAN NTAPI noChance(void* /*buffer*/, ULONG /*size*/) {
+  return FALSE;
+}
+
+TEST_F(FileSystemObjectChanges, SaysSoWhereNoTemporaryNameCanBeMade) {
+  const ImportHook hook(component(), "SystemFunction036", &noChance);
+  Bstr result(L"old");
+  EXPECT_EQ(fso->FSO_GetTempFileName(Bstr(temp.path()).get(), 5, result.out()),
+            static_cast<HRESULT>(0x800A0039));
+  EXPECT_EQ(result.view(), L"");
+  EXPECT_EQ(Late(fso).call(L"FSO_GetTempFileName", Variant(std::wstring_view(temp.path())), Variant(5L)).code,
+            DISP_E_EXCEPTION);
+  EXPECT_EQ(tempFileName(temp / L"none", 5), L"");
 }
 
 TEST_F(FileSystemObjectChanges, SuggestsFileNames) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "filesystem/FileSystemTest.h"
+#include "support/ImportHook.h"
 
 namespace zeq::test {
 namespace {
@@ -143,6 +144,20 @@ TEST_F(FileSystemObject, MeasuresDrivesInMebibytes) {
   ASSERT_TRUE(GetDiskFreeSpaceExW(temp.path().c_str(), nullptr, &total, nullptr));
   EXPECT_EQ(numberOf(&Fso::FSO_GetDriveTotalSize, temp.path().substr(0, 2)),
             static_cast<double>(total.QuadPart) / 1048576.0);
+}
+
+BOOL WINAPI answerSpace(const wchar_t* /*root*/, ULARGE_INTEGER* available, ULARGE_INTEGER* total,
+                        ULARGE_INTEGER* free) {
+  available->QuadPart = 1536;
+  total->QuadPart = std::uint64_t{5} << 40;
+  free->QuadPart = std::uint64_t{3} << 40;
+  return TRUE;
+}
+
+TEST_F(FileSystemObject, MeasuresWhatTheUserMayFill) {
+  const ImportHook hook(component(), "GetDiskFreeSpaceExW", &answerSpace);
+  EXPECT_EQ(numberOf(&Fso::FSO_GetDriveAvailableSpace, L"C:"), 0.00146484375);
+  EXPECT_EQ(numberOf(&Fso::FSO_GetDriveTotalSize, L"C"), 5242880.0);
 }
 
 TEST_F(FileSystemObject, MeasuresFilesAndFoldersInMebibytes) {
