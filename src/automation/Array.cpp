@@ -38,7 +38,7 @@ Variant elementAt(SAFEARRAY* array, VARTYPE type, LONG index) {
 
 Variant textArray(const std::vector<std::wstring_view>& texts) {
   Variant result = newArray(VT_BSTR, texts.size());
-  BSTR* element = elementsIn<BSTR>(result);
+  auto* element = elementsIn<BSTR>(result);
   for (const std::wstring_view each : texts) {
     *element++ = newBstr(each);
   }
@@ -47,7 +47,7 @@ Variant textArray(const std::vector<std::wstring_view>& texts) {
 
 Variant variantArray(std::vector<Variant> items) {
   Variant result = newArray(VT_VARIANT, items.size());
-  VARIANT* element = elementsIn<VARIANT>(result);
+  auto* element = elementsIn<VARIANT>(result);
   for (Variant& each : items) {
     *element++ = each.detach();
   }

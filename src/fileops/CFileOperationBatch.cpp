@@ -46,7 +46,7 @@ ComPtr<Interface> objectAt(const automation::Collection& collection, long positi
   if (position < 1 || position > collection.size()) {
     return nullptr;
   }
-  const Variant item = collection.at(position);
+  const Variant& item = collection.at(position);
   return ComPtr<IUnknown>(automation::objectIn(item.get())).query<Interface>();
 }
 

@@ -9,6 +9,7 @@
 #include "platform/Files.h"
 #include "platform/Paths.h"
 #include "platform/ShellTransfer.h"
+#include "platform/WindowHandle.h"
 
 namespace zeq::fileops {
 namespace {
@@ -147,8 +148,7 @@ Outcome Run::transferFile() const {
   if (moves_ && platform::fileExists(destination_.c_str())) {
     platform::deleteFile(destination_, operation_.overridesReadOnly);
   }
-  // Window handles have 32 significant bits; on 64-bit Windows they are sign-extended.
-  const auto owner = reinterpret_cast<HWND>(static_cast<INT_PTR>(operation_.statusWindow));
+  const HWND owner = platform::windowWithHandle(operation_.statusWindow);
   switch (platform::transferFile({moves_, source_, destination_, progressTitle(), owner})) {
     case platform::TransferResult::succeeded:
       return succeeded();

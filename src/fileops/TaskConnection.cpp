@@ -68,7 +68,7 @@ class TaskConnection::Sink final : public IDispatch {
   automation::ModuleLock lock_;
 };
 
-TaskConnection::TaskConnection(ComPtr<_CFileOperation> task, TaskListener& listener)
+TaskConnection::TaskConnection(const ComPtr<_CFileOperation>& task, TaskListener& listener)
     : sink_(ComPtr<Sink>::attach(new Sink(*task, listener))) {
   const auto container = task.query<IConnectionPointContainer>(IID_IConnectionPointContainer);
   if (container && SUCCEEDED(container->FindConnectionPoint(__uuidof(__CFileOperation), point_.out())) &&

@@ -22,7 +22,7 @@ class TaskListener {
 /// held like any other and stays silent.
 class TaskConnection {
  public:
-  TaskConnection(automation::ComPtr<_CFileOperation> task, TaskListener& listener);
+  TaskConnection(const automation::ComPtr<_CFileOperation>& task, TaskListener& listener);
   ~TaskConnection();
   TaskConnection(const TaskConnection&) = delete;
   TaskConnection& operator=(const TaskConnection&) = delete;

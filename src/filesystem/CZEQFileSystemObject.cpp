@@ -17,7 +17,6 @@ namespace {
 
 using automation::Bstr;
 using automation::CollectionArgument;
-using automation::ComPtr;
 using automation::Error;
 using automation::ErrorNumber;
 using automation::quietly;

@@ -7,6 +7,7 @@
 #include "platform/CodePage.h"
 #include "platform/HelpViewers.h"
 #include "platform/Paths.h"
+#include "platform/WindowHandle.h"
 #include "utility/MZEQUtilityStrings.h"
 
 namespace zeq::help {
@@ -118,8 +119,7 @@ CWinHelp::Viewer CWinHelp::viewer() const {
 }
 
 HWND CWinHelp::owner() const noexcept {
-  // Window handles have 32 significant bits and are sign-extended.
-  return reinterpret_cast<HWND>(static_cast<std::intptr_t>(window_));
+  return platform::windowWithHandle(window_);
 }
 
 STDMETHODIMP CWinHelp::Create(BSTR HelpFileA, long HWndAppA) noexcept {
