@@ -76,6 +76,7 @@ sample_arguments() {
     audited-batch.vbs | audited_batch) printf '%s\n' "$source\vbscript" "$target" "$(windows_path "$2/audit.log")" ;;
     dry-run-then-copy.vbs | batch_copy) printf '%s\n' "$source" "$target" ;;
     keyboard_wizard) printf '%s\n' hnbnnf ;;
+    options.vbs) printf '%s\n' "$(windows_path "$2/options.ini")" ;;
     wizard.vbs) printf '%s\n' h n b n n f ;;
   esac
 }
