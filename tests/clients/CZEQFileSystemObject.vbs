@@ -36,6 +36,7 @@ Equal "a file is no folder", files.FSO_FolderExists(path), False
 Equal "a folder exists", files.FSO_FolderExists(folder), True
 Equal "a drive exists", files.FSO_DriveExists(Left(folder, 2)), True
 Equal "the date of creation is read", files.FSO_GetFileCreationDate(path, created), True
+Equal "it is a date of today or of yesterday", Date - Int(CDbl(created)) <= 1, True
 Equal "the date of change is read", files.FSO_GetFileLastModificationDate(path, changed), True
 OfType "it comes back as a date", changed, "Date"
 Equal "as the runtime has it", changed, runtime.GetFile(path).DateLastModified
