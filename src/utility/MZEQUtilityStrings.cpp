@@ -191,7 +191,10 @@ std::wstring replaceKeyword(std::wstring_view text, std::wstring_view keyword,
                             std::wstring_view replacement) {
   constexpr std::size_t lastPosition = std::numeric_limits<std::int16_t>::max();
   constexpr std::size_t largestGrowth = std::size_t{1} << 26U;
-  if (keyword.empty() || replacement.find(keyword) != std::wstring_view::npos) {
+  constexpr auto contains = [](std::wstring_view whole, std::wstring_view part) {
+    return whole.find(part) != std::wstring_view::npos;
+  };
+  if (keyword.empty() || !contains(text, keyword) || contains(replacement, keyword)) {
     return std::wstring(text);
   }
   // The buffer's left side is done with: no occurrence begins there. After a replacement an occurrence may
@@ -201,7 +204,7 @@ std::wstring replaceKeyword(std::wstring_view text, std::wstring_view keyword,
   for (;;) {
     const std::size_t distance = buffer.right().find(keyword);
     if (distance == std::wstring_view::npos) {
-      return buffer.text();
+      return buffer.take();
     }
     buffer.passOver(distance);
     if (buffer.passed() + 1 > lastPosition) {

@@ -2,14 +2,21 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace zeq::utility {
 
-std::wstring SpliceBuffer::text() const {
-  std::wstring result;
-  result.reserve(left_ + right().size());
-  result.append(characters_, 0, left_).append(right());
-  return result;
+// A gap from the start on: most texts never need a wider one.
+SpliceBuffer::SpliceBuffer(std::wstring_view text, std::size_t limit)
+    : right_(text.size() / 2), limit_(limit) {
+  characters_.reserve(right_ + text.size());
+  characters_.append(right_, L'\0').append(text);
+}
+
+std::wstring SpliceBuffer::take() {
+  characters_.erase(left_, right_ - left_);
+  left_ = right_ = 0;
+  return std::exchange(characters_, {});
 }
 
 void SpliceBuffer::passOver(std::size_t count) noexcept {
@@ -43,10 +50,7 @@ void SpliceBuffer::widenGap(std::size_t needed) {
     throw std::bad_alloc();
   }
   const std::size_t gap = std::max(needed, length / 2);
-  std::wstring wider;
-  wider.reserve(length + gap);
-  wider.append(characters_, 0, left_).append(gap, L'\0').append(right());
-  characters_ = std::move(wider);
+  characters_.insert(left_, gap - (right_ - left_), L'\0');
   right_ = left_ + gap;
 }
 

@@ -11,7 +11,7 @@ namespace zeq::utility {
 class SpliceBuffer {
  public:
   /// `limit` is the length beyond which the text does not go on growing.
-  SpliceBuffer(std::wstring_view text, std::size_t limit) : characters_(text), limit_(limit) {}
+  SpliceBuffer(std::wstring_view text, std::size_t limit);
 
   /// How many characters lie to the left of the place reached.
   [[nodiscard]] std::size_t passed() const noexcept { return left_; }
@@ -19,8 +19,8 @@ class SpliceBuffer {
   [[nodiscard]] std::wstring_view right() const noexcept {
     return std::wstring_view(characters_).substr(right_);
   }
-  /// The whole text.
-  [[nodiscard]] std::wstring text() const;
+  /// The whole text, which the buffer is left without.
+  [[nodiscard]] std::wstring take();
 
   /// Moves on to the right, or back to the left.
   void passOver(std::size_t count) noexcept;
@@ -35,7 +35,7 @@ class SpliceBuffer {
 
   std::wstring characters_;  ///< Left side, gap, right side.
   std::size_t left_ = 0;     ///< Length of the left side.
-  std::size_t right_ = 0;    ///< Where the right side begins.
+  std::size_t right_;        ///< Where the right side begins.
   std::size_t limit_;
 };
 

@@ -84,6 +84,17 @@ TEST_F(CRangeMapperTest, ComputesSlopesOnlyAfterAChange) {
   EXPECT_EQ(number(toRange(5)), 5);
 }
 
+TEST_F(CRangeMapperTest, KeepsEndPointsAsTheyAreSet) {
+  Variant variable = value(L"0");
+  EXPECT_EQ(late.call(L"SetDomain", byRef(variable), value(2.5)).code, S_OK);
+  variable = value(7);
+  EXPECT_EQ(textIn(late.get(L"Domain", value(0))), L"0");
+  EXPECT_EQ(late.get(L"Domain", value(1)).type(), VT_R8);
+  EXPECT_EQ(mapper->SetRange(Variant::null().get(), Variant().get()), S_OK);
+  EXPECT_EQ(late.get(L"Range", value(0)).type(), VT_NULL);
+  EXPECT_EQ(late.get(L"Range", value(1)).type(), VT_EMPTY);
+}
+
 TEST_F(CRangeMapperTest, IgnoresOtherEndPoints) {
   for (const short index : {short{2}, short{-1}}) {
     EXPECT_EQ(mapper->put_Domain(index, value(7).get()), S_OK);

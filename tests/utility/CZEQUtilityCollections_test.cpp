@@ -47,6 +47,7 @@ TEST_F(CZEQUtilityCollectionsTest, AddsUnlessTheKeyIsTaken) {
   EXPECT_TRUE(add(Variant::missing()));
   EXPECT_TRUE(add(Variant::missing()));
   EXPECT_FALSE(add(value(5)));  // A key is a text.
+  EXPECT_FALSE(add(Variant::null()));
   EXPECT_EQ(count(), 3);
   Variant first;
   EXPECT_EQ(collection->get_Item(value(1).get(), first.out()), S_OK);

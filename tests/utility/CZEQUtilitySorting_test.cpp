@@ -276,6 +276,17 @@ TEST_F(CZEQUtilitySortingTest, RefusesWhatIsNoArray) {
   EXPECT_EQ(sorting->QuickSortVariants(nullptr, &data.holder().get(), nullptr, nullptr), E_POINTER);
 }
 
+TEST_F(CZEQUtilitySortingTest, RefusesToCompareObjects) {
+  const Variant object{static_cast<IDispatch*>(sorting.get())};
+  Array rank({object, object});
+  Array data = places(2);
+  EXPECT_EQ(sort(rank, data, 0, 1), errorCode(13));
+  Array numbers({value(2), value(1)});
+  Array objects({object, Variant()});  // As data they are as good as anything.
+  EXPECT_EQ(sort(numbers, objects, 0, 1), S_OK);
+  EXPECT_EQ(objects.at(1).get().pdispVal, object.get().pdispVal);
+}
+
 TEST_F(CZEQUtilitySortingTest, LeavesArraysUnlocked) {
   Array rank({value(3), value(1), value(2)});
   Array data = places(2);

@@ -193,6 +193,7 @@ TEST_F(CZEQUtilityStringsTest, WritesSizes) {
   EXPECT_EQ(lateText(late, L"StrUtil_KiloMegaGigaString", 7, 5), L"0 bytes");
   EXPECT_EQ(textOf([&](BSTR* out) { return strings->StrUtil_KiloMegaGigaString(1, fsuIsBytes, out); }),
             L"1 bytes");
+  EXPECT_EQ(lateText(late, L"StrUtil_KiloMegaGigaString", std::numeric_limits<double>::infinity()), L"");
 }
 
 TEST_F(CZEQUtilityStringsTest, NamesKeys) {

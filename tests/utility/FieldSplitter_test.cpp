@@ -108,6 +108,18 @@ TEST_F(FieldSplitterTest, OverflowsWhereASeparatorEndsTooFarToTheRight) {
   EXPECT_EQ(splitter.count(), 2);
 }
 
+TEST_F(FieldSplitterTest, SplitsAgainOnlyWhereItMust) {
+  const std::wstring tooLong = std::wstring(32766, L'x') + L",y";
+  splitter.setSeparator(L",");
+  EXPECT_THROW(splitter.setRecord(tooLong), std::overflow_error);
+  splitter.setSeparator(L",");
+  splitter.setTrimsFields(true);
+  splitter.setCountsEmptyFields(false);
+  EXPECT_THROW(splitter.setTrimsFields(false), std::overflow_error);
+  EXPECT_THROW(splitter.setCountsEmptyFields(true), std::overflow_error);
+  EXPECT_THROW(splitter.setRecord(tooLong), std::overflow_error);  // Even the same one.
+}
+
 TEST_F(FieldSplitterTest, HoldsAsManyFieldsAsItsCountCanTell) {
   EXPECT_EQ(split(std::wstring(32766, L','), L",").size(), 32767U);
   EXPECT_THROW(splitter.setRecord(std::wstring(32767, L',')), std::overflow_error);
