@@ -14,6 +14,9 @@ HRESULT NamedCaller::findNames(wchar_t** names, UINT count, LCID locale, DISPID*
   }
   Bstr name;
   *name.out() = SysAllocString(names[0]);
+  if (name.get() == nullptr) {
+    return E_OUTOFMEMORY;
+  }
   const HRESULT outcome = extended_->GetDispID(name.get(), fdexNameCaseInsensitive, &ids[0]);
   return SUCCEEDED(outcome) && count > 1 ? DISP_E_UNKNOWNNAME : outcome;
 }

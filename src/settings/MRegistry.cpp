@@ -5,6 +5,7 @@
 #include <cstring>
 #include <cwctype>
 #include <string>
+#include <utility>
 
 #include "automation/Text.h"
 #include "platform/CodePage.h"
@@ -130,23 +131,23 @@ std::uint32_t Reg_HiveFromName(std::wstring_view name) {
 }
 
 StoredValue Reg_GetValue(std::wstring_view hive, std::wstring_view path, std::wstring_view name, wchar_t type,
-                         const Variant& fallback) noexcept {
-  StoredValue result{.status = nothingDone, .value = fallback};
+                         Variant fallback) noexcept {
   try {
     const std::uint32_t key = Reg_HiveFromName(hive);
-    if (key == iniFileHive) {
-      if (upper(type) == L'S') {
-        const std::wstring defaultText = automation::textOf(fallback.get());
-        result.value = Variant(std::wstring_view(platform::profileValue(path, name, defaultText, hive)));
-      }
-      result.status = ERROR_SUCCESS;
-    } else if (key != invalidHive) {
-      result = readRegistry(rootKey(key), path, name, type, fallback);
+    if (key == iniFileHive && upper(type) == L'S') {
+      const std::wstring defaultText = automation::textOf(fallback.get());
+      const std::wstring text = platform::profileValue(path, name, defaultText, hive);
+      return {.status = ERROR_SUCCESS, .value = Variant(std::wstring_view(text))};
     }
-  } catch (const std::exception&) {
-    result.status = nothingDone;
+    if (key == iniFileHive) {
+      return {.status = ERROR_SUCCESS, .value = std::move(fallback)};
+    }
+    if (key != invalidHive) {
+      return readRegistry(rootKey(key), path, name, type, fallback);
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nothing was read.
   }
-  return result;
+  return {.status = nothingDone, .value = std::move(fallback)};
 }
 
 long Reg_SetValue(std::wstring_view hive, std::wstring_view path, std::wstring_view name, wchar_t type,

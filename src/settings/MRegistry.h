@@ -35,7 +35,7 @@ struct StoredValue {
 /// Reads a value. A missing key of an ini file is the default's text, with success; an ini file's values of
 /// the other types are the default, with success.
 [[nodiscard]] StoredValue Reg_GetValue(std::wstring_view hive, std::wstring_view path, std::wstring_view name,
-                                       wchar_t type, const automation::Variant& fallback) noexcept;
+                                       wchar_t type, automation::Variant fallback) noexcept;
 
 /// Writes a value, with the registry keys of its path. Only a key that cannot be opened or created is
 /// reported: a write that fails after that counts as done.

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <objbase.h>
 #include <objidl.h>
+#include <oleauto.h>
 
 #include <cstdlib>
 #include <stdexcept>
@@ -37,7 +38,7 @@ class Spy final : public IMallocSpy {
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
   STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
 
-  STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) noexcept override { return isRefused() ? 0 : size; }
+  STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) noexcept override { return size; }
   STDMETHODIMP_(void*) PostAlloc(void* block) noexcept override {
     if (block != nullptr) {
       InterlockedIncrement(&blocks_);
@@ -54,7 +55,7 @@ class Spy final : public IMallocSpy {
   STDMETHODIMP_(SIZE_T)
   PreRealloc(void* block, SIZE_T size, void** newBlock, BOOL /*counted*/) noexcept override {
     *newBlock = block;
-    return isRefused() ? 0 : size;
+    return size;
   }
   STDMETHODIMP_(void*) PostRealloc(void* block, BOOL /*counted*/) noexcept override { return block; }
   STDMETHODIMP_(void*) PreGetSize(void* block, BOOL /*counted*/) noexcept override { return block; }
@@ -70,14 +71,28 @@ class Spy final : public IMallocSpy {
   mutable LONG blocks_ = 0;
 };
 
-/// Stands between the component and the C runtime's heap.
-class ComponentHeap {
+/// True for a value whose copy needs memory.
+bool isLarge(const VARIANT& value) noexcept {
+  const VARIANT& inner =
+      value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr ? *value.pvarVal : value;
+  return (inner.vt & ~VT_BYREF) == VT_BSTR || (inner.vt & VT_ARRAY) != 0;
+}
+
+/// Stands between the component and the C runtime's heap, and where it asks automation for something that
+/// needs memory.
+class ComponentMemory {
  public:
-  explicit ComponentHeap(HMODULE component)
+  explicit ComponentMemory(HMODULE component)
       : malloc_(component, "malloc", &allocate),
         calloc_(component, "calloc", &allocateZeroed),
         realloc_(component, "realloc", &reallocate),
-        free_(component, "free", &release) {}
+        free_(component, "free", &release),
+        string_(component, "SysAllocStringLen", &newString),
+        array_(component, "SafeArrayCreateVector", &newArray),
+        copy_(component, "VariantCopy", &copy),
+        copyInd_(component, "VariantCopyInd", &copyValue),
+        convert_(component, "VariantChangeTypeEx", &convert),
+        error_(component, "CreateErrorInfo", &newError) {}
 
   [[nodiscard]] static long blocks() noexcept { return InterlockedCompareExchange(&blocks_, 0, 0); }
 
@@ -106,12 +121,38 @@ class ComponentHeap {
     }
     std::free(block);
   }
+  static BSTR WINAPI newString(const OLECHAR* text, UINT length) noexcept {
+    return isRefused() ? nullptr : SysAllocStringLen(text, length);
+  }
+  static SAFEARRAY* WINAPI newArray(VARTYPE type, LONG lowest, ULONG count) noexcept {
+    return isRefused() ? nullptr : SafeArrayCreateVector(type, lowest, count);
+  }
+  static HRESULT WINAPI copy(VARIANT* target, VARIANT* source) noexcept {
+    return isLarge(*source) && isRefused() ? E_OUTOFMEMORY : VariantCopy(target, source);
+  }
+  static HRESULT WINAPI copyValue(VARIANT* target, VARIANT* source) noexcept {
+    return isLarge(*source) && isRefused() ? E_OUTOFMEMORY : VariantCopyInd(target, source);
+  }
+  static HRESULT WINAPI convert(VARIANT* target, VARIANT* source, LCID locale, USHORT flags,
+                                VARTYPE type) noexcept {
+    return type == VT_BSTR && isRefused() ? E_OUTOFMEMORY
+                                          : VariantChangeTypeEx(target, source, locale, flags, type);
+  }
+  static HRESULT WINAPI newError(ICreateErrorInfo** error) noexcept {
+    return isRefused() ? E_OUTOFMEMORY : CreateErrorInfo(error);
+  }
 
   static inline LONG blocks_ = 0;
   ImportHook malloc_;
   ImportHook calloc_;
   ImportHook realloc_;
   ImportHook free_;
+  ImportHook string_;
+  ImportHook array_;
+  ImportHook copy_;
+  ImportHook copyInd_;
+  ImportHook convert_;
+  ImportHook error_;
 };
 
 const Spy& spy() {
@@ -136,8 +177,8 @@ long componentBlocks() {
   if (component == nullptr) {
     return 0;
   }
-  static const ComponentHeap heap(component);
-  return ComponentHeap::blocks();
+  static const ComponentMemory memory(component);
+  return ComponentMemory::blocks();
 }
 
 long taskBlocks() {

@@ -9,6 +9,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "ZEQUtility2.h"
@@ -82,6 +83,20 @@ class Late {
 
   ComPtr<IDispatch> object_;
 };
+
+/// A C++ value as a script has it.
+template <class Value>
+[[nodiscard]] Variant asVariant(const Value& value) {
+  if constexpr (std::is_convertible_v<const Value&, std::wstring_view>) {
+    return Variant(std::wstring_view(value));
+  } else if constexpr (std::is_same_v<Value, int>) {
+    return Variant(long{value});
+  } else if constexpr (std::is_same_v<Value, Late>) {
+    return Variant(value.dispatch());
+  } else {
+    return Variant(value);
+  }
+}
 
 /// A script's variable passed as an argument: VT_BYREF|VT_VARIANT.
 [[nodiscard]] inline VARIANT byRef(Variant& variable) noexcept {

@@ -6,90 +6,13 @@
 
 #include "support/Component.h"
 #include "support/Leaks.h"
+#include "wizard/Step.h"
 
 namespace zeq::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// What a step is run with.
-struct Page {
-  std::wstring caption;
-  bool permitBack, permitNext, permitFinish;
-  std::wstring key;  ///< As it arrives; what the page leaves here goes back to the wizard.
-  IHelpProvider* helpProvider;
-};
-
-using PageAction = std::function<WizardStepOutcome(Page&)>;
-
-/// A client's page, in C++ through the interface. It counts itself and its calls.
-class Step final : public IWizardStep {
- public:
-  static ComPtr<IWizardStep> make(PageAction execute) {
-    return ComPtr<IWizardStep>::attach(new Step(std::move(execute)));
-  }
-
-  static inline int alive = 0;
-  static inline int freed = 0;
-  static inline std::function<void()> whenFreed;
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, __uuidof(IWizardStep))) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IWizardStep*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return E_NOTIMPL;
-  }
-
-  STDMETHODIMP Free() noexcept override {
-    ++freed;
-    if (whenFreed) {
-      whenFreed();
-    }
-    return S_OK;
-  }
-  STDMETHODIMP Execute(BSTR caption, VARIANT_BOOL back, VARIANT_BOOL next, VARIANT_BOOL finish, BSTR* key,
-                       IHelpProvider* helpProvider, WizardStepOutcome* result) noexcept override {
-    Page page{std::wstring(automation::text(caption)),
-              back == VARIANT_TRUE,
-              next == VARIANT_TRUE,
-              finish == VARIANT_TRUE,
-              std::wstring(automation::text(*key)),
-              helpProvider};
-    *result = execute_(page);
-    automation::assign(key, page.key);
-    return static_cast<int>(*result) == failing ? E_FAIL : S_OK;
-  }
-
-  /// The outcome with which a step fails.
-  static constexpr int failing = -99;
-
- private:
-  explicit Step(PageAction execute) : execute_(std::move(execute)) { ++alive; }
-  ~Step() { --alive; }
-
-  ULONG references_ = 1;
-  PageAction execute_;
-};
 
 WizardStepOutcome outcomeOf(int number) {
   return static_cast<WizardStepOutcome>(number);
