@@ -1,10 +1,13 @@
 #include "torture/World.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
 #include <utility>
+
+#include "torture/Report.h"
 
 namespace zeq::torture {
 
@@ -17,6 +20,7 @@ namespace {
 constexpr std::size_t mostObjects = 60;
 constexpr std::size_t mostSinks = 20;
 constexpr std::size_t mostEnumerators = 10;
+constexpr std::size_t mostModels = 8;
 constexpr int deepest = 3;
 
 /// Members that would end the test program, start other programs or wait for a person: they have tests of
@@ -69,6 +73,10 @@ std::string describeType(const VARIANT& argument) {
   std::snprintf(text, sizeof text, "0x%X>0x%X", argument.vt,
                 refers ? static_cast<unsigned>(argument.pvarVal->vt) : 0U);
   return text;
+}
+
+std::string narrow(const std::wstring& name) {
+  return {name.begin(), name.end()};
 }
 
 std::wstring nameOf(ITypeInfo& info, MEMBERID member) {
@@ -162,6 +170,8 @@ void World::step() {
     sinks_.erase(sinks_.begin() + static_cast<std::ptrdiff_t>(random_.below(sinks_.size())));
   } else if (kind < 19) {
     enumerate();
+  } else if (kind < 25) {
+    playModel();
   } else {
     callRandomMember();
   }
@@ -172,7 +182,7 @@ void World::step() {
 
 void World::create() {
   const Class& type = random_.pick(classes_);
-  std::snprintf(current_.data(), current_.size(), "create %ls", type.name.c_str());
+  setCurrent("create " + narrow(type.name));
   ComPtr<IDispatch> object;
   check(test::classFactory(type.clsid)->CreateInstance(nullptr, IID_IDispatch, object.outVoid()));
   live_.push_back({&type, std::move(object)});
@@ -182,7 +192,7 @@ void World::forget() {
   const std::size_t index = random_.below(live_.size());
   const Live gone = std::move(live_[index]);
   live_.erase(live_.begin() + static_cast<std::ptrdiff_t>(index));
-  std::snprintf(current_.data(), current_.size(), "release %ls", gone.type->name.c_str());
+  setCurrent("release " + narrow(gone.type->name));
   emptyCollection(*gone.object);
 }
 
@@ -232,10 +242,10 @@ void World::call(const Class& type, const ComPtr<IDispatch>& object, const Membe
   for (const VARIANT& argument : arguments.list()) {
     types += " " + describeType(argument);
   }
-  std::array<char, current_.size()> text{};
+  std::array<char, 256> text{};
   std::snprintf(text.data(), text.size(), "%ls.%ls, flags %u, depth %d, arguments (last first):%s",
                 type.name.c_str(), member.name.c_str(), static_cast<unsigned>(flags), depth_, types.c_str());
-  current_ = text;
+  setCurrent(text.data());
 
   DISPPARAMS parameters{arguments.list().data(), names.data(), static_cast<UINT>(count),
                         static_cast<UINT>(names.size())};
@@ -326,6 +336,19 @@ void World::enumerate() {
     default:
       enumerator->Next(static_cast<ULONG>(random_.below(items.size() + 1)), items.data(), &fetched);
       std::for_each_n(items.begin(), fetched, [](VARIANT& item) { VariantClear(&item); });
+  }
+}
+
+/// Goes on with an object whose answers are foretold, in the midst of all the others.
+void World::playModel() {
+  if (models_.empty() || (models_.size() < mostModels && random_.chance(5))) {
+    models_.push_back(makeModel(random_));
+  }
+  const std::size_t index = random_.below(models_.size());
+  ++modelSteps_;
+  models_[index]->step();
+  if (random_.chance(3)) {
+    models_.erase(models_.begin() + static_cast<std::ptrdiff_t>(index));
   }
 }
 

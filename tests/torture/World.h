@@ -4,7 +4,6 @@
 #include <windows.h>
 #include <oleauto.h>
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,20 +11,11 @@
 #include "automation/ComPtr.h"
 #include "support/Component.h"
 #include "torture/Arguments.h"
+#include "torture/Models.h"
 #include "torture/Random.h"
 #include "torture/Stranger.h"
 
 namespace zeq::torture {
-
-/// Thrown when the component answers in a way that no client may see.
-class Violation : public std::exception {
- public:
-  explicit Violation(std::string what) : what_(std::move(what)) {}
-  [[nodiscard]] const char* what() const noexcept override { return what_.c_str(); }
-
- private:
-  std::string what_;
-};
 
 class World {
  public:
@@ -39,8 +29,8 @@ class World {
 
   /// How many calls of members were made so far, those from event handlers included.
   [[nodiscard]] long long calls() const noexcept { return calls_; }
-  /// What is being done, for the report of a crash: a text that is always there.
-  [[nodiscard]] static const char* current() noexcept { return current_.data(); }
+  /// How many steps were made besides with objects that a model foretells.
+  [[nodiscard]] long long modelSteps() const noexcept { return modelSteps_; }
 
  private:
   struct Member {
@@ -69,6 +59,7 @@ class World {
   void call(const Class& type, const automation::ComPtr<IDispatch>& object, const Member& member);
   void keep(IDispatch* object);
   void enumerate();
+  void playModel();
   void onEvent(const std::vector<VARIANT*>& arguments);
   void reenter();
   HRESULT answer(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception);
@@ -85,9 +76,10 @@ class World {
   std::vector<automation::ComPtr<IEnumVARIANT>> enumerators_;
   std::vector<std::unique_ptr<test::Sink>> sinks_;
   std::vector<std::unique_ptr<test::Sink>> retired_;  ///< Disconnected during an event; destroyed after it.
+  std::vector<std::unique_ptr<Model>> models_;
   long long calls_ = 0;
+  long long modelSteps_ = 0;
   int depth_ = 0;
-  static inline std::array<char, 256> current_{};
 };
 
 }  // namespace zeq::torture

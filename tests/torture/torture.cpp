@@ -18,6 +18,7 @@
 
 #include "support/Leaks.h"
 #include "support/TempFolder.h"
+#include "torture/Report.h"
 #include "torture/Stranger.h"
 #include "torture/World.h"
 
@@ -30,7 +31,7 @@ std::atomic<long long> steps{0};
 
 void reportCurrent(const char* what) {
   std::printf("FAILED %s in step %lld of seed %llu: %s\n", what, steps.load(),
-              static_cast<unsigned long long>(seed), torture::World::current());
+              static_cast<unsigned long long>(seed), torture::current());
   std::fflush(stdout);
 }
 
@@ -62,14 +63,15 @@ DWORD WINAPI watch(void* /*unused*/) {
   }
 }
 
-/// One round with objects of its own; all of them are gone afterwards.
-long long playRound(torture::Random& random, long long calls) {
+/// One round with objects of its own; all of them are gone afterwards. Adds to what was made so far.
+void playRound(torture::Random& random, long long calls, long long& made, long long& modelSteps) {
   torture::World world(random);
   while (world.calls() < calls) {
     ++steps;
     world.step();
   }
-  return world.calls();
+  made += world.calls();
+  modelSteps += world.modelSteps();
 }
 
 /// What the rounds left behind. Something is made once and kept now and then, such as the description of a
@@ -149,10 +151,11 @@ int main(int argc, char** argv) {
 
   torture::Random random(seed);
   long long made = 0;
+  long long modelSteps = 0;
   try {
     Leftovers leftovers;
     for (int round = 0; round < rounds; ++round) {
-      made += playRound(random, calls);
+      playRound(random, calls, made, modelSteps);
       leftovers.count();
     }
     leftovers.expectNoLeak(made);
@@ -161,7 +164,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   SetCurrentDirectoryW(L"C:\\");
-  std::printf("ok torture: %lld calls\n", made);
+  std::printf("ok torture: %lld calls, %lld steps beside models\n", made, modelSteps);
   CoUninitialize();
   return 0;
 }
