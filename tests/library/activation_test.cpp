@@ -1,5 +1,5 @@
-// Use without registration: the manifest that is delivered beside the DLL, for programs that name it as a
-// dependency.
+// Use without registration: through the manifest that is delivered beside the DLL, for programs that name it
+// as a dependency, or by the path of a copy of the DLL.
 
 #include <windows.h>
 #include <gmock/gmock.h>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "support/Component.h"
+#include "support/Deployment.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
 #include "support/TypeLibrary.h"
@@ -15,12 +16,6 @@ namespace zeq::test {
 namespace {
 
 constexpr const wchar_t* driveProgId = L"ZEQUtility2.CFakeDrive";
-
-std::wstring componentFolder() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(GetModuleFileNameW(component(), path.data(), static_cast<DWORD>(path.size())));
-  return path.substr(0, path.find_last_of(L'\\'));
-}
 
 /// The manifest of a program that uses the component.
 constexpr const char* clientManifest =
@@ -38,7 +33,8 @@ class ClientFolder {
  public:
   ClientFolder() {
     for (const wchar_t* name : {L"ZEQUtility2.dll", L"ZEQUtility2.manifest"}) {
-      EXPECT_TRUE(CopyFileW((componentFolder() + L"\\" + name).c_str(), (folder_ / name).c_str(), TRUE));
+      const std::wstring source = componentPath().substr(0, componentPath().rfind(L'\\') + 1) + name;
+      EXPECT_TRUE(CopyFileW(source.c_str(), (folder_ / name).c_str(), TRUE));
     }
   }
   /// Writes the manifest of a program that stands in the folder.
@@ -76,11 +72,8 @@ class ActivationContext {
 class ActivationTest : public testing::Test {
  protected:
   void SetUp() override {
-    using Function = HRESULT(STDAPICALLTYPE*)(BOOL, PCWSTR);
-    const auto install =
-        reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), "DllInstall")));
-    ASSERT_EQ(install(FALSE, nullptr), S_OK);
-    ASSERT_EQ(install(FALSE, L"user"), S_OK);
+    ASSERT_EQ(install(false, nullptr), S_OK);
+    ASSERT_EQ(install(false, L"user"), S_OK);
     CLSID clsid{};
     ASSERT_NE(CLSIDFromProgID(driveProgId, &clsid), S_OK) << "still registered";
   }
@@ -125,6 +118,36 @@ TEST_F(ActivationTest, ServesAScriptHostWithAManifestBesideIt) {
   EXPECT_NE(runProgram(quoted(host) + L" //nologo " + quoted(script)), 42U) << "found without a manifest";
   client.manifestOf(L"host.exe");
   EXPECT_EQ(runProgram(quoted(host) + L" //nologo " + quoted(script)), 42U);
+}
+
+/// A copy of the DLL under another name.
+std::wstring copyTo(const TempFolder& folder, std::wstring_view name) {
+  const std::wstring copy = folder / name;
+  EXPECT_TRUE(CopyFileW(componentPath().c_str(), copy.c_str(), TRUE));
+  return copy;
+}
+
+TEST(CopiesTest, LiveSideBySide) {
+  const TempFolder folder;
+  const std::wstring path = copyTo(folder, L"second.dll");
+  {
+    const LoadedComponent first(copyTo(folder, L"first.dll"));
+    const Late functions(first.create(__uuidof(CZEQUtilityCollections)));
+    const Late drive(first.create(__uuidof(CFakeDrive)));
+    {
+      const LoadedComponent second(path);
+      const Late collection(second.create(__uuidof(Collection)));
+      EXPECT_EQ(second.call("DllCanUnloadNow"), S_FALSE);
+      EXPECT_EQ(functions.get(L"Collection_Add", asVariant(collection), asVariant(drive), asVariant(L"key"))
+                    .get()
+                    .boolVal,
+                VARIANT_TRUE);
+      EXPECT_EQ(collection.get(L"Item", asVariant(L"KEY")).get().pdispVal, drive.dispatch());
+    }
+    EXPECT_TRUE(DeleteFileW(path.c_str())) << "the other copy holds it";
+    EXPECT_EQ(drive.get(L"Capacity").get().dblVal, 0);
+  }
+  EXPECT_TRUE(canUnload()) << "a third copy is not concerned";
 }
 
 }  // namespace

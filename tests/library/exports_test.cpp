@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "support/Component.h"
+#include "support/Deployment.h"
 #include "support/TempFolder.h"
 #include "support/TypeLibrary.h"
 
@@ -19,12 +20,6 @@ namespace zeq::test {
 namespace {
 
 using testing::Contains;
-
-std::wstring componentPath() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(GetModuleFileNameW(component(), path.data(), static_cast<DWORD>(path.size())));
-  return path;
-}
 
 /// The names of the DLLs in the import table of a loaded module, in lower case.
 std::vector<std::string> importedModules(HMODULE module) {
@@ -201,19 +196,8 @@ TEST(UnloadTest, LeavesNothingBehindWhenItIsLoadedOnceMore) {
   const std::wstring copy = folder / L"copy.dll";
   ASSERT_TRUE(CopyFileW(componentPath().c_str(), copy.c_str(), TRUE));
   for (int round = 0; round < 3; ++round) {
-    const HMODULE module = LoadLibraryW(copy.c_str());
-    ASSERT_NE(module, nullptr);
-    using Function = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto function =
-        reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
-    ComPtr<IClassFactory> factory;
-    ASSERT_EQ(function(__uuidof(CFakeDrive), IID_IClassFactory, factory.outVoid()), S_OK);
-    ComPtr<IDispatch> drive;
-    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, drive.outVoid()), S_OK);
-    EXPECT_EQ(Late(drive).get(L"Capacity").get().dblVal, 0);
-    drive.reset();
-    factory.reset();
-    ASSERT_TRUE(FreeLibrary(module));
+    const LoadedComponent loaded(copy);
+    EXPECT_EQ(Late(loaded.create(__uuidof(CFakeDrive))).get(L"Capacity").get().dblVal, 0);
   }
   EXPECT_TRUE(DeleteFileW(copy.c_str())) << "the DLL is still in use";
 }

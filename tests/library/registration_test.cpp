@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/Component.h"
+#include "support/Deployment.h"
 #include "support/Process.h"
 #include "support/RegistrySnapshot.h"
 #include "support/TempFolder.h"
@@ -28,21 +29,9 @@ constexpr const wchar_t* platformKey = L"win64";
 constexpr const wchar_t* platformKey = L"win32";
 #endif
 
-std::wstring componentPath() {
-  std::wstring path(MAX_PATH, L'\0');
-  path.resize(GetModuleFileNameW(component(), path.data(), static_cast<DWORD>(path.size())));
-  return path;
-}
-
 HRESULT callServer(const char* name) {
   using Function = HRESULT(STDAPICALLTYPE*)();
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), name)))();
-}
-
-HRESULT install(bool installs, const wchar_t* commandLine) {
-  using Function = HRESULT(STDAPICALLTYPE*)(BOOL, PCWSTR);
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), "DllInstall")))(
-      installs ? TRUE : FALSE, commandLine);
 }
 
 std::wstring textOf(REFGUID guid) {
@@ -132,23 +121,6 @@ bool systemKnowsUsersClasses() {
   return found;
 }
 
-/// The DLL of the other bitness, where the build leaves it; empty if it is not built.
-std::wstring otherComponentPath() {
-  const std::wstring own = ownBits == 64 ? L"\\win64\\" : L"\\win32\\";
-  const std::wstring other = ownBits == 64 ? L"\\win32\\" : L"\\win64\\";
-  std::wstring path = componentPath();
-  const std::size_t at = path.rfind(own);
-  if (at == std::wstring::npos) {
-    return {};
-  }
-  path.replace(at, own.size(), other);
-  return exists(path) ? path : std::wstring();
-}
-
-DWORD regsvr32(int bits, const std::wstring& switches, const std::wstring& dll) {
-  return runProgram(quoted(systemFolder(bits) + L"\\regsvr32.exe") + L" /s " + switches + L" " + quoted(dll));
-}
-
 /// True if a script of that bitness can create a drive by its name and use it.
 bool scriptFindsTheDrive(int bits) {
   const TempFolder folder;
@@ -167,16 +139,6 @@ class RegistrationTest : public testing::Test {
     RegCloseKey(usersClasses);
   }
   ~RegistrationTest() override { unregisterAll(); }
-
-  static void unregisterAll() {
-    install(false, L"user");
-    install(false, nullptr);
-    const int otherBits = 96 - ownBits;
-    const std::wstring other = otherComponentPath();
-    if (!other.empty() && !systemFolder(otherBits).empty()) {
-      regsvr32(otherBits, L"/u", other);
-    }
-  }
 
   static void expectRegistered(HKEY root) {
     std::set<std::wstring> names;
@@ -357,70 +319,47 @@ TEST_F(RegistrationTest, WorksForTheUserThroughRegsvr32) {
   EXPECT_THAT(before.changes(), IsEmpty());
 }
 
-/// A single-threaded apartment of its own that makes a drive and serves it to another one.
-class DriveServer {
- public:
-  DriveServer() : thread_(CreateThread(nullptr, 0, &DriveServer::run, this, 0, &threadId_)) {
-    WaitForSingleObject(ready_, INFINITE);
-  }
-  ~DriveServer() {
-    PostThreadMessageW(threadId_, WM_QUIT, 0, 0);
-    WaitForSingleObject(thread_, INFINITE);
-    CloseHandle(thread_);
-    CloseHandle(ready_);
-  }
-  DriveServer(const DriveServer&) = delete;
-  DriveServer& operator=(const DriveServer&) = delete;
+TEST_F(RegistrationTest, TakesOverAnOlderRegistration) {
+  const Registry before({HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER});
+  const TempFolder folder;
+  const std::wstring older = folder / L"older.dll";
+  ASSERT_TRUE(CopyFileW(componentPath().c_str(), older.c_str(), TRUE));
+  ASSERT_EQ(LoadedComponent(older).call("DllRegisterServer"), S_OK);
+  const std::wstring clsid = value(HKEY_LOCAL_MACHINE, std::wstring(driveProgId) + L"\\CLSID").value_or(L"");
+  const std::wstring key = L"CLSID\\" + clsid;
+  ASSERT_EQ(value(HKEY_LOCAL_MACHINE, key + L"\\InprocServer32"), older);
+  const std::wstring more = classesPath + (L"\\" + key) + L"\\Insertable";  // What it has no more.
+  ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, more.c_str(), nullptr, REG_SZ, L"", sizeof(wchar_t)),
+            ERROR_SUCCESS);
 
-  /// The drive as the calling apartment may use it.
-  ComPtr<_CFakeDrive> drive() {
-    ComPtr<_CFakeDrive> proxy;
-    automation::check(
-        CoGetInterfaceAndReleaseStream(stream_.detach(), __uuidof(_CFakeDrive), proxy.outVoid()));
-    return proxy;
-  }
-
- private:
-  static DWORD WINAPI run(void* self) {
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    auto& server = *static_cast<DriveServer*>(self);
-    {
-      const auto drive = create<CFakeDrive, _CFakeDrive>();
-      CoMarshalInterThreadInterfaceInStream(__uuidof(_CFakeDrive), drive.get(), server.stream_.out());
-    }
-    MSG message;
-    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
-    SetEvent(server.ready_);
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-      DispatchMessageW(&message);
-    }
-    CoUninitialize();
-    return 0;
-  }
-
-  ComPtr<IStream> stream_;
-  HANDLE ready_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  DWORD threadId_ = 0;
-  HANDLE thread_;
-};
-
-TEST_F(RegistrationTest, LetsAnotherApartmentCallAnObject) {
   ASSERT_EQ(callServer("DllRegisterServer"), S_OK);
+  expectRegistered(HKEY_LOCAL_MACHINE);
+  expectFound(HKEY_LOCAL_MACHINE);
+  ASSERT_EQ(callServer("DllUnregisterServer"), S_OK);
+  EXPECT_THAT(before.changes(), IsEmpty());
+}
+
+TEST_F(RegistrationTest, WorksFromAPathWithBlanksAndLettersOfAllScripts) {
+  EXPECT_FALSE(scriptFindsTheDrive(ownBits));  // A script host registers its own type library first.
+  const Registry before({HKEY_LOCAL_MACHINE});
+  const TempFolder folder;
+  const std::wstring path = folder.folder(L"a folder \u00E4\u0416\u4E2D") + L"\\copy \u03A9.dll";
+  ASSERT_TRUE(CopyFileW(componentPath().c_str(), path.c_str(), TRUE));
+  ASSERT_EQ(regsvr32(ownBits, L"", path), 0U);
+  EXPECT_TRUE(scriptFindsTheDrive(ownBits));
   {
-    DriveServer server;
-    const auto drive = server.drive();
-    const Bstr name(L"Z:");
-    EXPECT_EQ(drive->put_Name(name.get()), S_OK);
-    EXPECT_EQ(drive->put_Capacity(1048576), S_OK);
-    EXPECT_EQ(drive->UseBytes(12), S_OK);
-    double used = 0;
-    EXPECT_EQ(drive->get_SpaceUsed(&used), S_OK);
-    EXPECT_EQ(used, 12);
-    Bstr got;
-    EXPECT_EQ(drive->get_Name(got.out()), S_OK);
-    EXPECT_EQ(got.view(), L"Z:");
+    ComPtr<IDispatch> drive;
+    ASSERT_EQ(
+        CoCreateInstance(__uuidof(CFakeDrive), nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, drive.outVoid()),
+        S_OK);
+    EXPECT_NE(GetModuleHandleW(path.c_str()), nullptr);
+    EXPECT_EQ(Late(drive).get(L"Capacity").get().dblVal, 0);
+    ComPtr<ITypeLib> library;
+    EXPECT_EQ(LoadRegTypeLib(libraryId(), 1, 0, LOCALE_NEUTRAL, library.out()), S_OK);
   }
-  EXPECT_EQ(callServer("DllUnregisterServer"), S_OK);
+  CoFreeUnusedLibrariesEx(0, 0);
+  ASSERT_EQ(regsvr32(ownBits, L"/u", path), 0U);
+  EXPECT_THAT(before.changes(), IsEmpty());
 }
 
 }  // namespace
