@@ -1,22 +1,9 @@
 #!/usr/bin/env bash
 # Proves the library: builds everything for this machine, 32-bit and 64-bit Windows, checks the format of the sources,
 # runs the portable tests and the fuzzers under the sanitizers, the unit and component tests and the clients of the
-# registered library under Wine for both bitnesses, builds the reference site, makes the package, installs and uninstalls
-# it. Ends with one line: N passed, N failed.
-source "$(dirname "$0")/lib.sh"
-
-passed=0
-failed=0
-
-# count NAME PASSED FAILED: adds to the total and says so.
-count() {
-  passed=$((passed + $2))
-  failed=$((failed + $3))
-  say "$1: $2 passed, $3 failed"
-}
-
-# log_of NAME: where the output of that part goes.
-log_of() { printf '%s/test-%s.log' "$build" "$(tr -c 'a-z0-9\n' '-' <<<"$1")"; }
+# registered library and a short torture run under Wine for both bitnesses, builds the reference site, makes the package,
+# installs and uninstalls it. Ends with one line: N passed, N failed.
+source "$(dirname "$0")/count.sh"
 
 check_format() {
   local -a sources
@@ -28,53 +15,6 @@ check_format() {
   else
     head -n 40 "$log"
     count "format of ${#sources[@]} sources" 0 1
-  fi
-}
-
-# run_tests NAME COMMAND...: runs a GoogleTest program and counts its tests from its own report. A crash, a hang or a
-# program that runs no test is a failure.
-run_tests() {
-  local name=$1 log status=0 good=0 bad=0
-  log=$(log_of "$name")
-  shift
-  timeout -k 10 400 "$@" --gtest_color=no --gtest_brief=0 </dev/null >"$log" 2>&1 || status=$?
-  good=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) test.*/\1/p' "$log" | tail -n 1)
-  bad=$(sed -n 's/^ *\([0-9]*\) FAILED TESTS\{0,1\}.*/\1/p' "$log" | tail -n 1)
-  if [ "${good:-0}" -eq 0 ] && [ "${bad:-0}" -eq 0 ] || { [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; }; then
-    tail -n 20 "$log"
-    say "$name ended with status $status before its report"
-    bad=$((${bad:-0} + 1))
-  fi
-  grep -B 12 '^\[  FAILED  \].* ms)' "$log" || true
-  grep '^\[  SKIPPED \].* ms)' "$log" || true
-  count "$name" "${good:-0}" "${bad:-0}"
-}
-
-# run_counted NAME COMMAND...: runs a command whose last line is "N passed, N failed".
-run_counted() {
-  local name=$1 log
-  log=$(log_of "$name")
-  shift
-  "$@" >"$log" 2>&1 </dev/null || true
-  if [[ $(tail -n 1 "$log") =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
-    [ "${BASH_REMATCH[2]}" -eq 0 ] || grep FAILED "$log"
-    count "$name" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
-  else
-    tail -n 20 "$log"
-    count "$name" 0 1
-  fi
-}
-
-# run_command NAME COMMAND...: runs a command that says by its exit status whether all is well.
-run_command() {
-  local name=$1 log
-  log=$(log_of "$name")
-  shift
-  if "$@" >"$log" 2>&1 </dev/null; then
-    count "$name" 1 0
-  else
-    tail -n 20 "$log"
-    count "$name" 0 1
   fi
 }
 
@@ -124,6 +64,8 @@ test_bitness() {
   done
   stop_prefix
   run_counted "clients, $bits-bit" tools/clients.sh "$bits"
+  ZEQ_BUILT=yes run_counted "torture, $bits-bit" tools/torture.sh 100000 "" "$bits"
+  grep '^seed' "$(log_of "torture, $bits-bit")" || true
 }
 
 test_package() {
@@ -147,5 +89,4 @@ finish_lanes
 
 step "total"
 say "$SECONDS s"
-say "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_total

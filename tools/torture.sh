@@ -1,19 +1,26 @@
 #!/usr/bin/env bash
-# Random calls with random arguments on every class, both bitnesses, in an environment of its own that is thrown away:
-# tools/torture.sh [calls a bitness] [seed]. Without a seed a new one is drawn and printed; with it a run repeats.
-source "$(dirname "$0")/lib.sh"
+# Random calls with random arguments on every class, in an environment of its own that is thrown away:
+# tools/torture.sh [calls a bitness] [seed] [bitness]. Without a seed a new one is drawn and printed; with it a run
+# repeats. Without a bitness both are run. The last line is the total.
+source "$(dirname "$0")/count.sh"
 calls=${1:-1000000}
 seed=${2:-$((RANDOM * 32768 + RANDOM))}
+both=(32 64)
 [ "${ZEQ_BUILT:-}" = yes ] || "$root/tools/build.sh" win32 win64
 
 rounds=20
-rm -rf "$build/prefix-torture"
-use_prefix torture
-failed=0
-for bits in 32 64; do
+for bits in "${3:-${both[@]}}"; do
   step "torture, $bits-bit, seed $seed"
-  timeout 3600 "$(wine_for "$bits")" "$build/win$bits/bin/torture.exe" \
-    --seed "$seed" --rounds $rounds --calls $((calls / rounds)) | tr -d '\r' || failed=1
+  rm -rf "$build/prefix-torture$bits"
+  use_prefix "torture$bits"
+  if timeout 3600 "$(wine_for "$bits")" "$build/win$bits/bin/torture.exe" \
+    --seed "$seed" --rounds $rounds --calls $((calls / rounds)) </dev/null | tr -d '\r'; then
+    count "torture, $bits-bit" 1 0
+  else
+    say "FAILED tools/torture.sh $calls $seed $bits"
+    count "torture, $bits-bit" 0 1
+  fi
+  stop_prefix
 done
-stop_prefix
-exit $failed
+say
+report_total
