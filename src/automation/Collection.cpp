@@ -145,7 +145,7 @@ void Collection::insert(Entries::iterator before, Variant item, std::optional<st
     throw Error(ErrorNumber::keyInUse);
   }
   try {
-    entries_.insert(before, std::move(entry));
+    entries_.insert(before, entry);
   } catch (...) {
     byKey_.erase(position);
     throw;

@@ -50,7 +50,7 @@ class Collection final : public Object<Collection, ::Collection, ::_Collection> 
   void erase(Entries::iterator entry);
 
   Entries entries_;
-  std::unordered_map<std::wstring, const Entry*> byKey_;
+  std::unordered_map<std::wstring_view, const Entry*> byKey_;  ///< The keys are the entries' own texts.
 };
 
 }  // namespace zeq::automation

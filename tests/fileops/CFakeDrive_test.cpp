@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "support/Component.h"
+#include "support/ImportHook.h"
 #include "support/Leaks.h"
 
 namespace zeq::test {
@@ -145,6 +146,20 @@ TEST_F(CFakeDriveTest, DescribesItselfInMebibytes) {
   EXPECT_EQ(asString(),
             L"[C:]  Capacity: 1024.000M  FreeSpace: 1024.750M  Delta: -1.250M  LowTide: -0.750M  "
             L"LowTideDelta: -1.250M  HighTide: 2.500M  HighTideDelta: 2.000M  ");
+}
+
+int WINAPI answerComma(LCID /*locale*/, LCTYPE type, wchar_t* text, int size) {
+  EXPECT_EQ(type, LCTYPE{LOCALE_SDECIMAL});
+  EXPECT_GE(size, 2);
+  text[0] = L',';
+  text[1] = L'\0';
+  return 2;
+}
+
+TEST_F(CFakeDriveTest, DescribesItselfAsTheUserWritesNumbers) {
+  const ImportHook hook(component(), "GetLocaleInfoW", &answerComma);
+  drive->put_Capacity(1.5 * mebibyte);
+  EXPECT_TRUE(asString().starts_with(L"[]  Capacity: 1,500M  FreeSpace: 1,500M  Delta: 0,000M  "));
 }
 
 TEST_F(CFakeDriveTest, AcceptsAnyNumberAsItIs) {
