@@ -576,8 +576,8 @@ class ScriptObject final : public IDispatch {
 
 class CWizardByNameTest : public testing::Test {
  protected:
+  std::vector<std::wstring> calls;  // It outlives the steps, which note their end in it.
   Late wizard{create<CWizard, _CWizard>()};
-  std::vector<std::wstring> calls;
 };
 
 TEST_F(CWizardByNameTest, RunsStepsKnownByNameOnly) {
