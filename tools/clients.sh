@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Registers the built library for both bitnesses and runs its clients as a user does: the scripts of tests/clients with
-# the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, and the samples:
-# tools/clients.sh [32|64] [script]... Scripts are named CFakeDrive.vbs, or CFakeDrive for every language, or samples. The
-# last line is the total.
+# the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, the samples, and the examples of
+# docs/classes: tools/clients.sh [32|64] [script]... Scripts are named CFakeDrive.vbs or CFakeDrive.md, or CFakeDrive for
+# all of them, or samples. The last line is the total.
 source "$(dirname "$0")/lib.sh"
 
 all_bits=(32 64)
@@ -36,15 +36,18 @@ count_output() {
   fi
 }
 
-# run_client BITS NAME COMMAND...: runs one client, attended as by a user at the screen. It gets the path of an empty
-# folder as its last argument.
+# attended BITS COMMAND...: runs a Windows program as with a user at the screen; two minutes are too long.
+attended() {
+  timeout -k 10 120 "$(wine_for "$1")" "$build/win$1/bin/attend.exe" "${@:2}" 2>&1 </dev/null
+}
+
+# run_client BITS NAME COMMAND...: runs one client, which gets the path of an empty folder as its last argument.
 run_client() {
   local bits=$1 name=$2 status=0
   shift 2
   local home=$work/$bits-$name
   mkdir -p "$home/scratch"
-  timeout -k 10 120 "$(wine_for "$bits")" "$build/win$bits/bin/attend.exe" "$@" "$(windows_path "$home/scratch")" \
-    >"$home/output" 2>&1 </dev/null || status=$?
+  attended "$bits" "$@" "$(windows_path "$home/scratch")" >"$home/output" || status=$?
   count_output "$bits-bit $name" "$home/output" "$status"
 }
 
@@ -81,23 +84,30 @@ sample_arguments() {
   esac
 }
 
-# run_sample BITS SAMPLE: runs one sample, a script or the program of a C++ source, to its end. The script host of Wine
-# reports no errors by its exit status, so that a line of our own at the end of a script has to be the last that it says.
+# example_in PAGE: the script that a page of docs/classes shows.
+example_in() { sed -n '/^```vbscript$/,/^```$/{/^```/!p}' "$1"; }
+
+# run_sample BITS SAMPLE: runs one sample to its end: a script, the program of a C++ source, or the example of a page. The
+# script host of Wine reports no errors by its exit status, so that a line of our own at the end of a script has to be the
+# last that it says.
 run_sample() {
   local bits=$1 sample=$2 name status=0
-  local -a command
+  local -a command arguments
   name=$(basename "$sample" .cpp)
   local home=$work/$bits-sample-$name
+  local script=$home/${name/%.md/.vbs}
   mkdir -p "$home"
-  if [[ $sample == *.cpp ]]; then
-    command=("$build/win$bits/bin/$name.exe")
-  else
-    { cat "$sample" && printf '\nWScript.Echo("came to its end")\n'; } >"$home/$name"
-    command=(cscript.exe //nologo "$(windows_path "$home/$name")")
+  case $sample in
+    *.cpp) command=("$(windows_path "$build/win$bits/bin/$name.exe")") ;;
+    *.md) example_in "$sample" >"$script" ;;
+    *) cat "$sample" >"$script" ;;
+  esac
+  if [[ $sample != *.cpp ]]; then
+    printf '\nWScript.Echo("came to its end")\n' >>"$script"
+    command=(cscript.exe //nologo "$(windows_path "$script")")
   fi
-  local -a arguments
   mapfile -t arguments < <(sample_arguments "$name" "$home")
-  timeout -k 10 120 "$(wine_for "$bits")" "${command[@]}" "${arguments[@]}" >"$home/output" 2>&1 </dev/null || status=$?
+  attended "$bits" "${command[@]}" "${arguments[@]}" >"$home/output" || status=$?
   if [ "$status" -eq 0 ] && { [[ $sample == *.cpp ]] || grep -q '^came to its end.\?$' <(tail -n 1 "$home/output"); }; then
     passed=$((passed + 1))
     say "$bits-bit sample $name came to its end"
@@ -116,11 +126,15 @@ is_wanted() {
 }
 
 scripts=()
-for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samples/jscript/*.js samples/cpp/*.cpp; do
-  case $script in tests/clients/check.*) continue ;; esac
+for script in tests/clients/*.vbs tests/clients/*.js samples/vbscript/*.vbs samples/jscript/*.js samples/cpp/*.cpp \
+  docs/classes/*.md; do
+  case $script in
+    tests/clients/check.*) continue ;;
+    *.md) [ -n "$(example_in "$script")" ] || continue ;;
+  esac
   is_wanted "$script" "$@" && scripts+=("$script")
 done
-[ ${#scripts[@]} -gt 0 ] || die "no such script in tests/clients or samples"
+[ ${#scripts[@]} -gt 0 ] || die "no such script in tests/clients, samples or docs/classes"
 
 for bits in "${all_bits[@]}"; do
   use_prefix "test$bits"
@@ -128,7 +142,7 @@ for bits in "${all_bits[@]}"; do
   rm -rf "$work/$bits-"*
   for script in "${scripts[@]}"; do
     case $script in
-      samples/*) run_sample "$bits" "$script" ;;
+      samples/* | docs/*) run_sample "$bits" "$script" ;;
       *) run_script "$bits" "$script" ;;
     esac
   done

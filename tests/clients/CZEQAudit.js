@@ -1,5 +1,4 @@
-// A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message
-// boxes with the title "Attended".
+// A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message boxes.
 var audit = new ActiveXObject("ZEQUtility2.CZEQAudit");
 var files = new ActiveXObject("Scripting.FileSystemObject");
 var logFile = scratch() + "\\debug.log";
@@ -27,7 +26,7 @@ equal("the mask is kept", audit.DebugMask, 1);
 equal("an information is status", audit.ZEQAudit("one", 4), 1);
 equal("in the box", box.Text, "one");
 equal("and in the log by the mask", logged().substring(9), "] one\r\n");
-equal("a message box", audit.ZEQMsgBox("hello", 0, "Attended"), 1);
+equal("a message box", audit.ZEQMsgBox("hello", 0, "Question"), 1);
 audit.DebugFile = "";
 equal("the debug file can be none", audit.DebugFile, "");
 audit.StatusDestControl = { Caption: "" };

@@ -1,5 +1,4 @@
-' A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message
-' boxes with the title "Attended".
+' A script reports to its user and its developers: every member, late-bound. Somebody presses OK in message boxes.
 Option Explicit
 
 Class Label
@@ -60,9 +59,9 @@ Equal "the mask is kept", audit.DebugMask, 4
 audit.ZEQAudit "both", 3
 Equal "the mask adds the status", control.Text, "both"
 Dim title
-title = "Attended"
+title = "Question"
 Equal "a message box", audit.ZEQMsgBox(message, 0, title), vbOK
-Equal "its title stays", title, "Attended"
+Equal "its title stays", title, "Question"
 audit.ZEQAudit "a warning", 2, 1 + 16
 Equal "a warning never stops", control.Text, "a warning"
 audit.DebugFile = ""

@@ -1,5 +1,5 @@
-// The person at the screen: runs a command, presses OK in its message boxes with the title "Attended", and is
-// the help viewer that is running already, so that none is started. Usage: attend <command and its arguments>
+// The person at the screen: runs a command, presses OK in its message boxes, and is the help viewer that is
+// running already, so that none is started. Usage: attend <command and its arguments>
 
 #include <windows.h>
 
@@ -10,10 +10,14 @@ namespace {
 
 constexpr UINT lookInterval = 20;  // Milliseconds.
 
-void pressOk() {
-  const HWND box = FindWindowW(L"#32770", L"Attended");
-  if (box != nullptr && GetDlgItem(box, IDOK) != nullptr) {
-    PostMessageW(box, WM_COMMAND, IDOK, 0);
+void pressOk(DWORD process) {
+  HWND box = nullptr;
+  while ((box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(box, &owner);
+    if (owner == process && IsWindowVisible(box) != FALSE && GetDlgItem(box, IDOK) != nullptr) {
+      PostMessageW(box, WM_COMMAND, IDOK, 0);
+    }
   }
 }
 
@@ -34,19 +38,19 @@ wchar_t* commandToRun() {
   return rest != nullptr ? rest + std::wcsspn(rest, L" ") : nullptr;
 }
 
-DWORD attend(HANDLE process) {
+DWORD attend(const PROCESS_INFORMATION& started) {
   SetTimer(nullptr, 0, lookInterval, nullptr);
-  while (MsgWaitForMultipleObjects(1, &process, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
+  while (MsgWaitForMultipleObjects(1, &started.hProcess, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
       if (message.message == WM_TIMER) {
-        pressOk();
+        pressOk(started.dwProcessId);
       }
       DispatchMessageW(&message);
     }
   }
   DWORD status = 1;
-  GetExitCodeProcess(process, &status);
+  GetExitCodeProcess(started.hProcess, &status);
   return status;
 }
 
@@ -62,5 +66,5 @@ int wmain(int count, wchar_t** /*arguments*/) {
     std::fputs("usage: attend <command and its arguments>\n", stderr);
     return 2;
   }
-  return static_cast<int>(attend(started.hProcess));
+  return static_cast<int>(attend(started));
 }

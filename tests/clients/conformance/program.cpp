@@ -27,7 +27,7 @@ const Scenario auditScenario(L"CZEQAudit", [] {
   equal(L"the mask is kept", GET(audit, DebugMask), ZEQ_AUD_ACT_STAT);
   equal(L"a message is audited", CALL(audit, ZEQAudit, ref(message), ZEQ_AUD_DEBUG, 0, 0), 1);
   equal(L"the event was raised", events.count() > 0, true);
-  Value title = L"Attended";
+  Value title = L"Question";
   equal(L"a message box", CALL(audit, ZEQMsgBox, ref(message), 0, ref(title)), IDOK);
   SET(audit, StatusDestControl, static_cast<IDispatch*>(nullptr));
   PUT(audit, DebugFile, L"");
