@@ -39,6 +39,8 @@ Equal "the enumerator", joined, "[1][2]"
 
 Equal "a list with NULs", splitter.Split("k1" & Chr(0) & "k2" & Chr(0) & Chr(0), Chr(0), True, False), 2
 Equal "its second field", splitter.Field(2), "k2"
+Equal "with the empty ones", splitter.Split("k1" & Chr(0) & "k2" & Chr(0) & Chr(0), Chr(0), True, True), 4
+Equal "before any field", splitter.Field(-1), ""
 
 On Error Resume Next
 splitter.Record = String(32766, "x") & Chr(0) & "y"

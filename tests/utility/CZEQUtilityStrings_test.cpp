@@ -5,6 +5,7 @@
 
 #include "support/Component.h"
 #include "support/Leaks.h"
+#include "utility/TextModels.h"
 #include "utility/Values.h"
 
 namespace zeq::test {
@@ -209,6 +210,16 @@ TEST_F(CZEQUtilityStringsTest, NamesKeys) {
   EXPECT_EQ(textOf([&](BSTR* out) { return strings->StrUtil_KeyCodeToNumericString(-5, 0, out); }),
             L"Key--5-0");
   EXPECT_EQ(late.call(L"StrUtil_KeyCodeToString", value(40000), value(0)).code, DISP_E_OVERFLOW);
+}
+
+TEST_F(CZEQUtilityStringsTest, NamesEveryKeyOfTheTable) {
+  for (int code = -3; code <= 300; ++code) {
+    const auto key = static_cast<short>(code);
+    const std::wstring expected = utility::model::keyName(code);
+    EXPECT_EQ(textOf([&](BSTR* out) { return strings->StrUtil_KeyCodeToString(key, 7, VARIANT_FALSE, out); }),
+              expected);
+    EXPECT_EQ(lateText(late, L"StrUtil_KeyCodeToString", key, 7, true), L"CTRL-ALT-SHIFT " + expected);
+  }
 }
 
 TEST_F(CZEQUtilityStringsTest, EncodesForUrls) {

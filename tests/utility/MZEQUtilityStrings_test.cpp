@@ -197,40 +197,8 @@ TEST(SizeInUnits, ChoosesTheUnit) {
 }
 
 TEST(KeyName, NamesEveryKeyOfTheTable) {
-  struct Expected {
-    int code;
-    const wchar_t* name;
-  };
-  const Expected table[] = {
-      {1, L"KeyLButton"},    {2, L"KeyRButton"},   {3, L"CANCEL"},      {4, L"KeyMButton"},
-      {8, L"BACKSPACE"},     {9, L"TAB"},          {12, L"CLEAR"},      {13, L"ENTER"},
-      {16, L"SHIFT"},        {17, L"CTRL"},        {18, L"MENU"},       {19, L"PAUSE"},
-      {20, L"CAPS LOCK"},    {27, L"ESC"},         {32, L"SPACEBAR"},   {33, L"PAGE UP"},
-      {34, L"PAGE DOWN"},    {35, L"END"},         {36, L"HOME"},       {37, L"LEFT ARROW"},
-      {38, L"UP ARROW"},     {39, L"RIGHT ARROW"}, {40, L"DOWN ARROW"}, {41, L"SELECT"},
-      {42, L"PRINT SCREEN"}, {43, L"EXECUTE"},     {44, L"SNAPSHOT"},   {45, L"INS"},
-      {46, L"DEL"},          {47, L"HELP"},        {106, L"KP *"},      {107, L"KP +"},
-      {108, L"KP ENTER"},    {109, L"KP -"},       {110, L"KP ."},      {111, L"KP /"},
-      {144, L"NUM LOCK"},
-  };
-  const auto expected = [&](int code) -> std::wstring {
-    for (const Expected& each : table) {
-      if (each.code == code) {
-        return each.name;
-      }
-    }
-    const bool isDigit = (code >= 48 && code <= 57) || (code >= 96 && code <= 105);
-    if (isDigit) {
-      return std::to_wstring(code >= 96 ? code - 96 : code - 48);
-    }
-    if (code >= 65 && code <= 90) {
-      return std::wstring(1, L"ABCDEFGHIJKLMNOPQRSTUVWXYZ"[code - 65]);
-    }
-    return code >= 112 && code <= 127 ? L"F" + std::to_wstring(code - 111)
-                                      : L"[" + std::to_wstring(code) + L"]";
-  };
   for (int code = -3; code <= 300; ++code) {
-    EXPECT_EQ(keyName(code, 7, false), expected(code));
+    EXPECT_EQ(keyName(code, 7, false), model::keyName(code));
   }
   EXPECT_EQ(keyName(127, 0, false), L"F16");
   EXPECT_EQ(keyName(-32768, 0, false), L"[-32768]");
