@@ -27,10 +27,14 @@ std::wstring lowerCase(std::wstring_view text) {
   return lower;
 }
 
-std::wstring memberKey(REFIID interfaceId, int use, std::wstring_view name) {
+std::wstring textOf(REFIID interfaceId) {
   wchar_t id[40];
   StringFromGUID2(interfaceId, id, 40);
-  return id + std::to_wstring(use) + lowerCase(name);
+  return id;
+}
+
+std::wstring memberKey(REFIID interfaceId, int use, std::wstring_view name) {
+  return textOf(interfaceId) + std::to_wstring(use) + lowerCase(name);
 }
 
 std::set<std::wstring>& usedMembers() {
@@ -71,20 +75,33 @@ bool same(const Value& actual, const Value& expected) {
   return actual.as(VT_R8).get().dblVal == expected.as(VT_R8).get().dblVal;
 }
 
-/// Counts each member of a class's default interface as used or not.
-void countMembers(ITypeInfo& classInfo, const std::wstring& className) {
+/// Events received so far, each by its interface and its number.
+std::set<std::pair<std::wstring, DISPID>>& receivedEvents() {
+  static std::set<std::pair<std::wstring, DISPID>> events;
+  return events;
+}
+
+/// Counts each member of one of a class's interfaces as used or not, or, if they are its events, as raised or
+/// not.
+void countMembers(ITypeInfo& classInfo, UINT index, const std::wstring& className) {
   HREFTYPE reference = 0;
+  INT flags = 0;
   ITypeInfo* members = nullptr;
-  expectSuccess(classInfo.GetRefTypeOfImplType(0, &reference), className);
+  expectSuccess(classInfo.GetImplTypeFlags(index, &flags), className);
+  expectSuccess(classInfo.GetRefTypeOfImplType(index, &reference), className);
   expectSuccess(classInfo.GetRefTypeInfo(reference, &members), className);
   TYPEATTR* attributes = nullptr;
   expectSuccess(members->GetTypeAttr(&attributes), className);
+  const bool areEvents = (flags & IMPLTYPEFLAG_FSOURCE) != 0;
   for (UINT i = 0; i < attributes->cFuncs; ++i) {
     FUNCDESC* function = nullptr;
     BSTR name = nullptr;
     expectSuccess(members->GetFuncDesc(i, &function), className);
     members->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr);
-    if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0) {
+    if (areEvents) {
+      count(receivedEvents().contains({textOf(attributes->guid), function->memid}),
+            className + L"." + name + L" is not raised");
+    } else if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0) {
       count(usedMembers().contains(memberKey(attributes->guid, function->invkind, name)),
             className + L"." + name + L" is not used (" + std::to_wstring(function->invkind) + L")");
     }
@@ -105,7 +122,12 @@ void countAllMembers() {
     library->GetTypeInfoType(i, &kind);
     if (kind == TKIND_COCLASS && SUCCEEDED(library->GetTypeInfo(i, &info))) {
       info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
-      countMembers(*info, name);
+      TYPEATTR* attributes = nullptr;
+      expectSuccess(info->GetTypeAttr(&attributes), name);
+      for (UINT index = 0; index < attributes->cImplTypes; ++index) {
+        countMembers(*info, index, name);
+      }
+      info->ReleaseTypeAttr(attributes);
       SysFreeString(name);
       info->Release();
     }
@@ -266,7 +288,7 @@ STDMETHODIMP ClientObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* par
 /// Answers for the dispinterface that it listens to.
 class Listener::Sink final : public IDispatch {
  public:
-  explicit Sink(REFIID events) : events_(events) {}
+  Sink(REFIID events, bool agrees) : events_(events), agrees_(agrees) {}
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
     const bool known =
         IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, events_);
@@ -292,9 +314,15 @@ class Listener::Sink final : public IDispatch {
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
     return DISP_E_UNKNOWNNAME;
   }
-  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
     ++counts[event];
+    receivedEvents().emplace(textOf(events_), event);
+    for (UINT i = 0; i < arguments->cArgs && agrees_; ++i) {
+      if (arguments->rgvarg[i].vt == (VT_BYREF | VT_BOOL)) {
+        *arguments->rgvarg[i].pboolVal = VARIANT_TRUE;
+      }
+    }
     return S_OK;
   }
 
@@ -304,10 +332,11 @@ class Listener::Sink final : public IDispatch {
   ~Sink() = default;
 
   const IID events_;
+  const bool agrees_;
   ULONG references_ = 1;
 };
 
-Listener::Listener(const Value& source, REFIID events) : sink_(new Sink(events)) {
+Listener::Listener(const Value& source, REFIID events, bool agrees) : sink_(new Sink(events, agrees)) {
   IDispatch* object = source.object();
   if (object == nullptr) {
     throw Failure("no object to listen to");

@@ -25,10 +25,10 @@ void equal(std::wstring_view what, const Value& actual, const Value& expected);
 /// Writes a text file into the scratch folder and returns its path.
 std::wstring writeFile(const std::wstring& name, std::string_view text);
 
-/// Counts the events of an object while it lives.
+/// Counts the events of an object while it lives. What they ask is answered with True if the listener agrees.
 class Listener {
  public:
-  Listener(const Value& source, REFIID events);
+  Listener(const Value& source, REFIID events, bool agrees = false);
   ~Listener();
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;

@@ -14,7 +14,7 @@ const Scenario auditScenario(L"CZEQAudit", [] {
     return Value();
   });
   label.object()->Release();
-  const Listener events(audit, DIID___CZEQAudit);
+  const Listener events(audit, DIID___CZEQAudit, true);
   CALL(audit, Create, log, L"Conformance", true, label);
   equal(L"the debug file is kept", GET(audit, DebugFile), log);
   equal(L"the control is kept", GET(audit, StatusDestControl), label);
@@ -29,6 +29,8 @@ const Scenario auditScenario(L"CZEQAudit", [] {
   equal(L"the event was raised", events.count() > 0, true);
   Value title = L"Question";
   equal(L"a message box", CALL(audit, ZEQMsgBox, ref(message), 0, ref(title)), IDOK);
+  CALL(audit, ZEQAudit, ref(message), ZEQ_AUD_ERROR, ZEQ_AUD_ACT_STOP, 0);
+  equal(L"the client stops the program in its own way", events.count(2), 1);
   SET(audit, StatusDestControl, static_cast<IDispatch*>(nullptr));
   PUT(audit, DebugFile, L"");
 });
@@ -90,6 +92,10 @@ const Scenario observableScenario(L"CObservableClass", [] {
   equal(L"nobody is busy", GET(observer, PropertyChangeMode), pcmIndividual);
   CALL(observer, PushPropertyChangeMode, pcmCreating);
   equal(L"a mode ends", CALL(observer, PopPropertyChangeMode), pcmCreating);
+  for (const PropertyChangeMode mode : {pcmClearing, pcmCloning, pcmBatchUpdating, pcmEnumerating}) {
+    CALL(observer, PushPropertyChangeMode, mode);
+    equal(L"another mode ends", CALL(observer, PopPropertyChangeMode), mode);
+  }
   PUT(observer, MajorModeChangeOnly, true);
   equal(L"the flag is kept", GET(observer, MajorModeChangeOnly), true);
 });
@@ -104,6 +110,14 @@ const Scenario counterScenario(L"CReferenceCounter", [] {
   equal(L"one down", CALL(counter, Decrement), 0);
   equal(L"events were raised", events.count() > 0, true);
 });
+
+/// The same object behind another of its interfaces.
+Value asInterface(const Value& object, REFIID iid) {
+  Value other(static_cast<IDispatch*>(nullptr));
+  expectSuccess(object.object()->QueryInterface(iid, reinterpret_cast<void**>(&other.raw()->pdispVal)),
+                L"QueryInterface");
+  return other;
+}
 
 const Scenario helpScenario(L"CWinHelp", [] {
   const Object<_CWinHelp> help(L"CWinHelp");
@@ -131,6 +145,13 @@ const Scenario helpScenario(L"CWinHelp", [] {
   CALL(help, ClearTopics);
   CALL(help, ClearFormTopicNames);
   equal(L"topics are forgotten", GET(help, TopicID, L"Intro"), 0);
+  const Object<IHelpProvider> provider(asInterface(help, IID_IHelpProvider));
+  CALL(provider, ShowHelp, L"Intro", L"", L"");
+  CALL(provider, ShowContents);
+  CALL(provider, ShowIndex);
+  CALL(provider, ShowFind);
+  CALL(provider, ShowTopicID, 42);
+  CALL(provider, ShowKeyword, L"printing");
 });
 
 /// A page of a wizard. A late-bound client's is known by name only, an early-bound one's by its interface.
