@@ -125,7 +125,7 @@ Step copying(const std::wstring& from, const std::wstring& to, std::function<voi
 }
 
 /// A move that has been made already is not made again.
-Step moving(const std::wstring& from, const std::wstring& to, std::function<void()> expectDone) {
+Step moving(const std::wstring& from, const std::wstring& to, const std::function<void()>& expectDone) {
   return {[=](auto& batch) {
             if (exists(from)) {
               batch.AddMove(Bstr(from).get(), Bstr(to).get(), ovrtYes, ptypAny,
