@@ -29,7 +29,7 @@ class Key {
 /// Gives everybody every kind of access to a key but the denied ones.
 bool setAccess(const std::wstring& path, REGSAM denied) noexcept {
   std::array<BYTE, SECURITY_MAX_SID_SIZE> everyone{};
-  DWORD size = static_cast<DWORD>(everyone.size());
+  auto size = static_cast<DWORD>(everyone.size());
   std::array<BYTE, 256> entries{};
   auto* const list = reinterpret_cast<ACL*>(entries.data());
   SECURITY_DESCRIPTOR descriptor{};
