@@ -29,7 +29,7 @@ class CZEQUtilityStringsTest : public testing::Test {
     const Bstr word(keyword);
     const Bstr by(replacement);
     std::array<BSTR, 3> arguments{original.get(), word.get(), by.get()};
-    const std::wstring result = textOf([&](BSTR* out) {
+    std::wstring result = textOf([&](BSTR* out) {
       return strings->Str_ReplaceSimpleKeyWord(&arguments[0], &arguments[1], &arguments[2], out);
     });
     EXPECT_EQ(arguments, (std::array<BSTR, 3>{original.get(), word.get(), by.get()}));

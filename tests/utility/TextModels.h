@@ -72,7 +72,7 @@ inline std::wstring keyName(int code) {
     return std::to_wstring(code >= 96 ? code - 96 : code - 48);
   }
   if (code >= 65 && code <= 90) {
-    return std::wstring(1, L"ABCDEFGHIJKLMNOPQRSTUVWXYZ"[code - 65]);
+    return {L"ABCDEFGHIJKLMNOPQRSTUVWXYZ"[code - 65]};
   }
   return code >= 112 && code <= 127 ? L"F" + std::to_wstring(code - 111)
                                     : L"[" + std::to_wstring(code) + L"]";

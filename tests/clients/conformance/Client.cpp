@@ -192,7 +192,7 @@ const std::wstring& scratchFolder() {
 }
 
 std::wstring writeFile(const std::wstring& name, std::string_view text) {
-  const std::wstring path = scratch + L"\\" + name;
+  std::wstring path = scratch + L"\\" + name;
   const HANDLE file =
       CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   DWORD written = 0;
@@ -217,7 +217,7 @@ Value createObject(const wchar_t* className) {
 
 Value callByName(IDispatch* object, Use use, const wchar_t* name, std::vector<Argument> arguments) {
   DISPID id = 0;
-  LPOLESTR names = const_cast<LPOLESTR>(name);
+  auto* names = const_cast<LPOLESTR>(name);
   expectSuccess(object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id), name);
   std::vector<VARIANT> passed;
   for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {

@@ -3,9 +3,11 @@
 // through the vtable that ZEQUtility2.h declares, without it every call goes by name, as a script's.
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 

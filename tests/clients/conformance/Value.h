@@ -4,11 +4,9 @@
 #include <windows.h>
 #include <oleauto.h>
 
-#include <concepts>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 
 namespace conformance {
@@ -77,10 +75,7 @@ class Value {
 
 /// An argument of a call: a value or, as ref(variable), a client's variable that the member may write to.
 struct Argument {
-  template <class T>
-  requires(!std::same_as<std::remove_cvref_t<T>, Argument> && std::constructible_from<Value, T>)
-      Argument(T&& given)
-      : value(std::forward<T>(given)) {}
+  Argument(Value given) : value(std::move(given)) {}
 
   Value value;
   Value* variable = nullptr;

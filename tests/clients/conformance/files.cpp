@@ -7,7 +7,7 @@ namespace {
 
 /// A folder below the scratch folder, made new.
 std::wstring makeFolder(const std::wstring& name) {
-  const std::wstring path = scratchFolder() + L"\\" + name;
+  std::wstring path = scratchFolder() + L"\\" + name;
   if (CreateDirectoryW(path.c_str(), nullptr) == FALSE) {
     throw Failure("a folder cannot be made");
   }

@@ -207,13 +207,13 @@ class Page final : public IWizardStep {
 };
 
 Value makePage(WizardStepOutcome outcome, int& freed) {
-  const Value page(new Page(outcome, freed));
+  Value page(new Page(outcome, freed));
   page.object()->Release();
   return page;
 }
 #else
 Value makePage(WizardStepOutcome outcome, int& freed) {
-  const Value page = new ClientObject([outcome, &freed](std::wstring_view member, DISPPARAMS&) {
+  Value page = new ClientObject([outcome, &freed](std::wstring_view member, DISPPARAMS&) {
     if (member == L"Free") {
       ++freed;
       return Value();
