@@ -12,6 +12,7 @@
 #include "automation/Module.h"
 #include "library/class_table.h"
 #include "library/registration.h"
+#include "library/runtime.h"
 
 namespace zeq::library {
 namespace {
@@ -126,6 +127,7 @@ BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds) {
     }
   } else if (reason == DLL_PROCESS_DETACH && processEnds == nullptr) {
     automation::releaseTypeLibrary();
+    library::releaseRuntime();
   }
   return TRUE;
 }

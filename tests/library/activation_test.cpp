@@ -3,11 +3,13 @@
 
 #include <windows.h>
 #include <gmock/gmock.h>
+#include <tlhelp32.h>
 
 #include <string>
 
 #include "support/Component.h"
 #include "support/Deployment.h"
+#include "support/Leaks.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
 #include "support/TypeLibrary.h"
@@ -148,6 +150,45 @@ TEST(CopiesTest, LiveSideBySide) {
     EXPECT_EQ(drive.get(L"Capacity").get().dblVal, 0);
   }
   EXPECT_TRUE(canUnload()) << "a third copy is not concerned";
+}
+
+/// The threads of this process.
+int threadCount() {
+  const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  int count = 0;
+  for (BOOL more = Thread32First(snapshot, &entry); more != FALSE; more = Thread32Next(snapshot, &entry)) {
+    count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
+  }
+  CloseHandle(snapshot);
+  return count;
+}
+
+TEST(CopiesTest, TenThousandLoadsLeaveNothingBehind) {
+  const TempFolder folder;
+  const std::wstring copy = copyTo(folder, L"copy.dll");
+  int loads = 0;
+  const auto use = [&] {
+    const LoadedComponent loaded(copy);
+    const auto collection = loaded.create(__uuidof(Collection)).query<_Collection>();
+    long count = -1;
+    EXPECT_EQ(collection->get_Count(&count), S_OK);
+    EXPECT_EQ(count, 0);
+    if (++loads % 20 == 0) {  // A call by name loads the type library, an error throws.
+      EXPECT_EQ(Late(collection).call(L"Item", asVariant(1)).code, DISP_E_EXCEPTION);
+      SetErrorInfo(0, nullptr);
+    }
+  };
+  const int threads = threadCount();
+  for (int i = 0; i < 9000; ++i) {
+    use();
+  }
+  expectNoLeak(1000, use);
+  EXPECT_LE(threadCount(), threads);
+  const DWORD slot = TlsAlloc();
+  EXPECT_LT(slot, 100U) << "slots for threads' own values are used up";
+  TlsFree(slot);
 }
 
 }  // namespace
