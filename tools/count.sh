@@ -21,7 +21,7 @@ run_tests() {
   local name=$1 log status=0 good=0 bad=0
   log=$(log_of "$name")
   shift
-  timeout -k 10 400 "$@" --gtest_color=no --gtest_brief=0 </dev/null >"$log" 2>&1 || status=$?
+  timeout -k 10 900 "$@" --gtest_color=no --gtest_brief=0 </dev/null >"$log" 2>&1 || status=$?
   good=$(sed -n 's/^\[  PASSED  \] \([0-9]*\) test.*/\1/p' "$log" | tail -n 1)
   bad=$(sed -n 's/^ *\([0-9]*\) FAILED TESTS\{0,1\}.*/\1/p' "$log" | tail -n 1)
   if [ "${good:-0}" -eq 0 ] && [ "${bad:-0}" -eq 0 ] || { [ "$status" -ne 0 ] && [ "${bad:-0}" -eq 0 ]; }; then
