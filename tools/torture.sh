@@ -14,7 +14,8 @@ for bits in "${3:-${both[@]}}"; do
   rm -rf "$build/prefix-torture$bits"
   use_prefix "torture$bits"
   if timeout 3600 "$(wine_for "$bits")" "$build/win$bits/bin/torture.exe" \
-    --seed "$seed" --rounds $rounds --calls $((calls / rounds)) </dev/null | tr -d '\r'; then
+    --seed "$seed" --rounds $rounds --calls $((calls / rounds)) </dev/null 2>&1 | tr -d '\r' |
+    tee "$build/torture$bits.log" && grep -q '^ok torture' "$build/torture$bits.log"; then
     count "torture, $bits-bit" 1 0
   else
     say "FAILED tools/torture.sh $calls $seed $bits"

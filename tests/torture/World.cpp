@@ -355,6 +355,9 @@ void World::playModel() {
 /// What a handler or a stranger leaves in the variables that it is given.
 void World::onEvent(const std::vector<VARIANT*>& arguments) {
   for (VARIANT* argument : arguments) {
+    if ((argument->vt & VT_BYREF) != 0 && argument->byref == nullptr) {
+      continue;  // A client's own reference to nothing, handed on to a client's object.
+    }
     if (argument->vt == (VT_BYREF | VT_BOOL)) {
       *argument->pboolVal = random_.chance(50) ? VARIANT_TRUE : VARIANT_FALSE;
     } else if (argument->vt == (VT_BYREF | VT_I4)) {
