@@ -9,81 +9,20 @@
 
 #include <windows.h>
 #include <comutil.h>
-#include <olectl.h>
-#include <wrl/client.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <string>
-#include <utility>
 
+#include "Client.h"
 #include "ZEQUtility2.h"
 
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
-void check(HRESULT result, const char* what) {
-  if (FAILED(result)) {
-    std::printf("%s failed: %08lX\n", what, static_cast<unsigned long>(result));
-    std::exit(1);
-  }
-}
-
-template <class Interface>
-ComPtr<Interface> create(REFCLSID clsid) {
-  ComPtr<Interface> object;
-  check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                         reinterpret_cast<void**>(object.GetAddressOf())),
-        "creating an object");
-  return object;
-}
-
-/// Hands the events of an object to a function while it lives. The arguments come as a list, the last one
-/// first.
-class Events final : public IDispatch {
- public:
-  using Handler = std::function<void(DISPID event, VARIANTARG* arguments)>;
-
-  Events(IUnknown* source, REFIID events, Handler handler) : handler_(std::move(handler)) {
-    ComPtr<IConnectionPointContainer> container;
-    check(source->QueryInterface(__uuidof(IConnectionPointContainer),
-                                 reinterpret_cast<void**>(container.GetAddressOf())),
-          "asking for events");
-    check(container->FindConnectionPoint(events, point_.GetAddressOf()), "finding the events");
-    check(point_->Advise(this, &cookie_), "connecting");
-  }
-  Events(const Events&) = delete;
-  Events& operator=(const Events&) = delete;
-  ~Events() { point_->Unadvise(cookie_); }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  // It lives on the stack, longer than the connection.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    handler_(event, arguments->rgvarg);
-    return S_OK;
-  }
-
- private:
-  Handler handler_;
-  ComPtr<IConnectionPoint> point_;
-  DWORD cookie_ = 0;
-};
+using client::check;
+using client::ComPtr;
+using client::create;
+using client::Events;
 
 long report(_CZEQAudit* audit, const std::wstring& text, enumZEQAuditClass kind, int actions = 0) {
   const _bstr_t message(text.c_str());
@@ -124,11 +63,11 @@ int run(wchar_t** arguments) {
   check(audit->Create(_bstr_t(arguments[3]), _bstr_t(L"Audited batch"), VARIANT_TRUE, nullptr),
         "setting up the audit");
   bool mustStop = false;
-  const Events auditEvents(audit.Get(), __uuidof(__CZEQAudit),
-                           [&](DISPID event, VARIANTARG* list) { handleAudit(event, list, mustStop); });
+  const Events<__CZEQAudit> auditEvents(
+      audit.Get(), [&](DISPID event, VARIANTARG* list) { handleAudit(event, list, mustStop); });
 
   const auto batch = create<_CFileOperationBatch>(__uuidof(CFileOperationBatch));
-  const Events batchEvents(batch.Get(), __uuidof(__CFileOperationBatch), [&](DISPID event, VARIANTARG* list) {
+  const Events<__CFileOperationBatch> batchEvents(batch.Get(), [&](DISPID event, VARIANTARG* list) {
     constexpr DISPID executedOperation = 4;  // op, success, wasCancelled, description
     if (event == executedOperation) {
       const std::wstring outcome(list[0].bstrVal, SysStringLen(list[0].bstrVal));

@@ -7,66 +7,24 @@
 // All that it needs of the library is ZEQUtility2.h and the registered DLL.
 
 #include <windows.h>
-#include <olectl.h>
+#include <comutil.h>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <utility>
 
+#include "Client.h"
 #include "ZEQUtility2.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// The little that COM needs in C++: who owns a reference, who owns a text, and what to do when a call fails.
-
-template <class Interface>
-class Com {
- public:
-  Com() = default;
-  Com(Com&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-  Com(const Com&) = delete;
-  Com& operator=(const Com&) = delete;
-  ~Com() {
-    if (pointer_ != nullptr) {
-      pointer_->Release();
-    }
-  }
-  Interface* operator->() const { return pointer_; }
-  Interface* get() const { return pointer_; }
-  Interface** out() { return &pointer_; }
-  void** outVoid() { return reinterpret_cast<void**>(&pointer_); }
-
- private:
-  Interface* pointer_ = nullptr;
-};
-
-class Text {
- public:
-  Text() = default;
-  explicit Text(const std::wstring& text) : text_(SysAllocString(text.c_str())) {}
-  Text(const Text&) = delete;
-  Text& operator=(const Text&) = delete;
-  ~Text() { SysFreeString(text_); }
-  BSTR get() const { return text_; }
-  BSTR* out() { return &text_; }
-
- private:
-  BSTR text_ = nullptr;
-};
-
-void check(HRESULT result, const char* what) {
-  if (FAILED(result)) {
-    std::printf("%s failed: %08lX\n", what, static_cast<unsigned long>(result));
-    std::exit(1);
-  }
-}
+using client::check;
+using client::ComPtr;
 
 std::string sizeText(double bytes) {
   std::array<char, 32> text{};
@@ -81,7 +39,7 @@ std::string sizeText(double bytes) {
 }
 
 std::string bar(double part, double whole, int width) {
-  const int length = whole > 0 ? static_cast<int>(width * std::min(part / whole, 1.0) + 0.5) : 0;
+  const long length = whole > 0 ? std::lround(width * std::min(part / whole, 1.0)) : 0;
   return "[" + std::string(static_cast<std::size_t>(length), '#') +
          std::string(static_cast<std::size_t>(width - length), '.') + "]";
 }
@@ -90,58 +48,19 @@ std::string bar(double part, double whole, int width) {
 constexpr DISPID executedOperation = 4;                  // op, success, wasCancelled, description
 constexpr DISPID operationDriveUsageChangeEstimate = 7;  // op, driveNameA, fillingDrive, deltaBytes
 
-/// Hears the events of a batch: an object that answers IDispatch::Invoke with the event's identifier.
-class BatchListener : public IDispatch {
+using BatchEvents = client::Events<__CFileOperationBatch>;
+
+/// Draws a progress bar while a batch runs.
+class Progress {
  public:
-  BatchListener() = default;
-  BatchListener(const BatchListener&) = delete;
-  BatchListener& operator=(const BatchListener&) = delete;
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, __uuidof(__CFileOperationBatch))) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    return S_OK;
-  }
-  // It lives on the stack of main for longer than the batch knows it.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-
-  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    hear(event, arguments->rgvarg);
-    return S_OK;
-  }
-
- protected:
-  ~BatchListener() = default;
+  Progress(_CFileOperationBatch& batch, long taskCount)
+      : taskCount_(taskCount), events_(&batch, [this](DISPID event, const VARIANTARG* arguments) {
+          if (event == executedOperation) {
+            taskDone(arguments[2].boolVal != VARIANT_FALSE, arguments[0].bstrVal);
+          }
+        }) {}
 
  private:
-  /// `arguments` are those of the event, the last one first.
-  virtual void hear(DISPID event, const VARIANT* arguments) = 0;
-};
-
-/// Draws a progress bar.
-class Progress final : public BatchListener {
- public:
-  explicit Progress(long taskCount) : taskCount_(taskCount) {}
-
- private:
-  void hear(DISPID event, const VARIANT* arguments) override {
-    if (event == executedOperation) {
-      taskDone(arguments[2].boolVal != VARIANT_FALSE, arguments[0].bstrVal);
-    }
-  }
-
   void taskDone(bool success, const wchar_t* description) {
     ++done_;
     const long percent = done_ * 100 / taskCount_;
@@ -159,25 +78,7 @@ class Progress final : public BatchListener {
   long taskCount_;
   long done_ = 0;
   long shownPercent_ = -1;
-};
-
-/// Connects a sink to the events of an object while it lives.
-class Connection {
- public:
-  Connection(IUnknown* source, IDispatch* sink) {
-    Com<IConnectionPointContainer> container;
-    check(source->QueryInterface(IID_IConnectionPointContainer, container.outVoid()), "asking for events");
-    check(container->FindConnectionPoint(__uuidof(__CFileOperationBatch), point_.out()),
-          "finding the events");
-    check(point_->Advise(sink, &cookie_), "connecting to the events");
-  }
-  ~Connection() { point_->Unadvise(cookie_); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
- private:
-  Com<IConnectionPoint> point_;
-  DWORD cookie_ = 0;
+  BatchEvents events_;
 };
 
 struct Plan {
@@ -187,17 +88,18 @@ struct Plan {
 
 /// Adds one operation for each folder and each file. Nothing happens yet.
 void planFolder(_CFileOperationBatch& batch, const fs::path& source, const fs::path& target, Plan& plan) {
-  Com<_CFileOperation> create;
-  check(batch.AddCreate(Text(target.wstring()).get(), ovrtNo, ptypFolder, create.out()), "planning a folder");
+  ComPtr<_CFileOperation> create;
+  check(batch.AddCreate(_bstr_t(target.c_str()), ovrtNo, ptypFolder, create.GetAddressOf()),
+        "planning a folder");
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path copy = target / entry.path().filename();
     if (entry.is_directory()) {
       planFolder(batch, entry.path(), copy, plan);
       continue;
     }
-    Com<_CFileOperation> task;
-    check(batch.AddCopy(Text(entry.path().wstring()).get(), Text(copy.wstring()).get(), ovrtNo, ptypFile,
-                        task.out()),
+    ComPtr<_CFileOperation> task;
+    check(batch.AddCopy(_bstr_t(entry.path().c_str()), _bstr_t(copy.c_str()), ovrtNo, ptypFile,
+                        task.GetAddressOf()),
           "planning a copy");
     ++plan.files;
     plan.bytes += static_cast<double>(entry.file_size());
@@ -210,32 +112,35 @@ bool execute(_CFileOperationBatch& batch, bool forReal) {
   return success != VARIANT_FALSE;
 }
 
+bool executeWithProgress(_CFileOperationBatch& batch, long taskCount, bool forReal) {
+  const Progress progress(batch, taskCount);
+  const bool success = execute(batch, forReal);
+  std::printf("\n");
+  return success;
+}
+
 /// A drive monitor by its position or its drive's name.
-Com<_CFakeDrive> driveIn(_Collection& monitors, const VARIANT& index) {
-  VARIANT item;
-  VariantInit(&item);
+ComPtr<_CFakeDrive> driveIn(_Collection& monitors, const VARIANT& index) {
+  _variant_t item;
   check(monitors.get_Item(index, &item), "Item");
-  Com<_CFakeDrive> drive;
-  check(item.pdispVal->QueryInterface(__uuidof(_CFakeDrive), drive.outVoid()), "a drive monitor");
-  VariantClear(&item);
-  return drive;
+  return client::query<_CFakeDrive>(item.pdispVal, "a drive monitor");
 }
 
 /// Draws one drive and says whether it has room.
 bool showDrive(_CFakeDrive& drive) {
-  Text name;
+  _bstr_t name;
   double capacity = 0;
   double low = 0;
   double high = 0;
   double change = 0;
   VARIANT_BOOL tooFull = VARIANT_FALSE;
-  check(drive.get_Name(name.out()), "Name");
+  check(drive.get_Name(name.GetAddress()), "Name");
   check(drive.get_Capacity(&capacity), "Capacity");
   check(drive.get_LowTide(&low), "LowTide");
   check(drive.get_HighTide(&high), "HighTide");
   check(drive.get_HighTideDelta(&change), "HighTideDelta");
   check(drive.get_TooFull(&tooFull), "TooFull");
-  std::printf("  %ls of %s\n", name.get(), sizeText(capacity).c_str());
+  std::printf("  %ls of %s\n", static_cast<const wchar_t*>(name), sizeText(capacity).c_str());
   std::printf("    low tide  %s %s\n", bar(low, capacity, 40).c_str(), sizeText(low).c_str());
   std::printf("    high tide %s %s (%s more)\n", bar(high, capacity, 40).c_str(), sizeText(high).c_str(),
               sizeText(change).c_str());
@@ -245,18 +150,14 @@ bool showDrive(_CFakeDrive& drive) {
 
 /// Draws the drives that the dry run touched and says whether all of them have room.
 bool showDrives(_CFileOperationBatch& batch, double& bytesNeeded) {
-  Com<_Collection> monitors;
+  ComPtr<_Collection> monitors;
   long count = 0;
-  check(batch.get_DriveMonitors(monitors.out()), "DriveMonitors");
+  check(batch.get_DriveMonitors(monitors.GetAddressOf()), "DriveMonitors");
   check(monitors->get_Count(&count), "Count");
   bool haveRoom = true;
   for (long i = 1; i <= count; ++i) {
-    VARIANT position;
-    VariantInit(&position);
-    position.vt = VT_I4;
-    position.lVal = i;
-    const auto drive = driveIn(*monitors.get(), position);
-    haveRoom = showDrive(*drive.get()) && haveRoom;
+    const auto drive = driveIn(*monitors.Get(), _variant_t(i));
+    haveRoom = showDrive(*drive.Get()) && haveRoom;
     check(drive->get_HighTideDelta(&bytesNeeded), "HighTideDelta");
   }
   return haveRoom;
@@ -264,19 +165,21 @@ bool showDrives(_CFileOperationBatch& batch, double& bytesNeeded) {
 
 /// Demands that all but some of the free space stays free: the safety margin of the drive, set when the drive
 /// is first touched, because that starts its measurement anew.
-class FreeSpaceKeeper final : public BatchListener {
+class FreeSpaceKeeper {
  public:
-  FreeSpaceKeeper(_CFileOperationBatch& batch, double spare) : batch_(batch), spare_(spare) {}
+  FreeSpaceKeeper(_CFileOperationBatch& batch, double spare)
+      : batch_(batch), spare_(spare), events_(&batch, [this](DISPID event, const VARIANTARG* arguments) {
+          if (event == operationDriveUsageChangeEstimate && !isSet_) {
+            setMargin(arguments[2]);
+          }
+        }) {}
 
  private:
-  void hear(DISPID event, const VARIANT* arguments) override {
-    if (event != operationDriveUsageChangeEstimate || isSet_) {
-      return;
-    }
+  void setMargin(const VARIANT& driveName) {
     isSet_ = true;
-    Com<_Collection> monitors;
-    check(batch_.get_DriveMonitors(monitors.out()), "DriveMonitors");
-    const auto drive = driveIn(*monitors.get(), arguments[2]);
+    ComPtr<_Collection> monitors;
+    check(batch_.get_DriveMonitors(monitors.GetAddressOf()), "DriveMonitors");
+    const auto drive = driveIn(*monitors.Get(), driveName);
     double free = 0;
     check(drive->get_FreeSpace(&free), "FreeSpace");
     check(drive->put_SafetyMargin(free - spare_), "SafetyMargin");
@@ -285,14 +188,14 @@ class FreeSpaceKeeper final : public BatchListener {
   _CFileOperationBatch& batch_;
   double spare_;
   bool isSet_ = false;
+  BatchEvents events_;
 };
 
 /// A dry run that leaves half of what is needed to be filled. Says whether that was refused.
 bool showRefusal(_CFileOperationBatch& batch, double bytesNeeded) {
   std::printf("Dry run again, with all but %s of the free space to be kept free:\n",
               sizeText(bytesNeeded / 2).c_str());
-  FreeSpaceKeeper keeper(batch, bytesNeeded / 2);
-  const Connection connection(&batch, &keeper);
+  const FreeSpaceKeeper keeper(batch, bytesNeeded / 2);
   double ignored = 0;
   if (!execute(batch, false) || showDrives(batch, ignored)) {
     std::printf("This should have been refused.\n");
@@ -325,49 +228,34 @@ long countDifferences(const fs::path& source, const fs::path& target) {
 }
 
 int copyFolder(const fs::path& source, const fs::path& target) {
-  Com<_CFileOperationBatch> batch;
-  check(CoCreateInstance(__uuidof(CFileOperationBatch), nullptr, CLSCTX_INPROC_SERVER,
-                         __uuidof(_CFileOperationBatch), batch.outVoid()),
-        "creating a batch (is ZEQUtility2.dll registered?)");
+  const auto batch = client::create<_CFileOperationBatch>(
+      __uuidof(CFileOperationBatch), "creating a batch (is ZEQUtility2.dll registered?)");
 
   Plan plan;
-  planFolder(*batch.get(), source, target, plan);
-  Com<_Collection> tasks;
+  planFolder(*batch.Get(), source, target, plan);
+  ComPtr<_Collection> tasks;
   long taskCount = 0;
-  check(batch->get_Tasks(tasks.out()), "Tasks");
+  check(batch->get_Tasks(tasks.GetAddressOf()), "Tasks");
   check(tasks->get_Count(&taskCount), "Count");
   std::printf("Planned %ld operations: %ld files, %s.\n", taskCount, plan.files,
               sizeText(plan.bytes).c_str());
 
   std::printf("Dry run:\n");
-  Progress dryProgress(taskCount);
-  bool succeeded = false;
-  {
-    const Connection connection(batch.get(), &dryProgress);
-    succeeded = execute(*batch.get(), false);
-  }
-  std::printf("\n");
-  if (!succeeded) {
+  if (!executeWithProgress(*batch.Get(), taskCount, false)) {
     std::printf("The dry run failed. Nothing was copied.\n");
     return 1;
   }
   double bytesNeeded = 0;
-  if (!showDrives(*batch.get(), bytesNeeded)) {
+  if (!showDrives(*batch.Get(), bytesNeeded)) {
     std::printf("Nothing was copied.\n");
     return 1;
   }
-  if (!showRefusal(*batch.get(), bytesNeeded)) {
+  if (!showRefusal(*batch.Get(), bytesNeeded)) {
     return 1;
   }
 
   std::printf("For real:\n");
-  Progress progress(taskCount);
-  {
-    const Connection connection(batch.get(), &progress);
-    succeeded = execute(*batch.get(), true);
-  }
-  std::printf("\n");
-  if (!succeeded) {
+  if (!executeWithProgress(*batch.Get(), taskCount, true)) {
     std::printf("The copy stopped at the operation above.\n");
     return 1;
   }

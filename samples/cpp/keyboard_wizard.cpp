@@ -10,37 +10,22 @@
 
 #include <windows.h>
 #include <comutil.h>
-#include <olectl.h>
-#include <wrl/client.h>
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cwctype>
 #include <string>
 #include <utility>
 
+#include "Client.h"
 #include "ZEQUtility2.h"
 
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
-void check(HRESULT result, const char* what) {
-  if (FAILED(result)) {
-    std::printf("%s failed: %08lX\n", what, static_cast<unsigned long>(result));
-    std::exit(1);
-  }
-}
-
-template <class Interface>
-ComPtr<Interface> create(REFCLSID clsid) {
-  ComPtr<Interface> object;
-  check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                         reinterpret_cast<void**>(object.GetAddressOf())),
-        "creating an object");
-  return object;
-}
+using client::check;
+using client::ComPtr;
+using client::create;
+using client::query;
 
 struct Keystroke {
   short code;
@@ -80,21 +65,10 @@ class Keyboard {
   const wchar_t* typed_;
 };
 
-/// Gives the commands that keystrokes are bound to: the handler of the keymap filter's one event.
-class Commands final : public IDispatch {
+/// Gives the commands that keystrokes are bound to, which it hears from the keymap filter's one event.
+class Commands {
  public:
-  explicit Commands(Keyboard& keyboard) : keyboard_(keyboard) {
-    ComPtr<IConnectionPointContainer> container;
-    check(filter_->QueryInterface(__uuidof(IConnectionPointContainer),
-                                  reinterpret_cast<void**>(container.GetAddressOf())),
-          "asking for events");
-    check(container->FindConnectionPoint(__uuidof(__CKeymapFilter), point_.GetAddressOf()),
-          "finding the events");
-    check(point_->Advise(this, &cookie_), "connecting");
-  }
-  Commands(const Commands&) = delete;
-  Commands& operator=(const Commands&) = delete;
-  ~Commands() { point_->Unadvise(cookie_); }
+  explicit Commands(Keyboard& keyboard) : keyboard_(keyboard) {}
 
   void bind(const wchar_t* command, const wchar_t* description, short code) {
     VARIANT_BOOL added = VARIANT_FALSE;
@@ -118,45 +92,25 @@ class Commands final : public IDispatch {
     return command_;
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    const bool known =
-        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(__CKeymapFilter);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  // It lives on the stack, longer than the connection.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+ private:
   /// KeyboardEvent(keyStroke, processed), the last argument first.
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    ComPtr<_CKeyMapping> mapping;
-    check((*arguments->rgvarg[1].ppdispVal)
-              ->QueryInterface(__uuidof(_CKeyMapping), reinterpret_cast<void**>(mapping.GetAddressOf())),
-          "taking a mapping");
+  void hear(const VARIANTARG* arguments) {
+    const auto mapping = query<_CKeyMapping>(*arguments[1].ppdispVal, "taking a mapping");
     _bstr_t name;
     check(mapping->get_Name(name.GetAddress()), "reading a command");
     command_ = name;
-    *arguments->rgvarg[0].pboolVal = VARIANT_TRUE;
-    return S_OK;
+    *arguments[0].pboolVal = VARIANT_TRUE;
   }
 
- private:
   Keyboard& keyboard_;
-  ComPtr<_CKeymapFilter> filter_ = create<_CKeymapFilter>(__uuidof(CKeymapFilter));
-  ComPtr<IConnectionPoint> point_;
-  DWORD cookie_ = 0;
   std::wstring command_;
+  ComPtr<_CKeymapFilter> filter_ = create<_CKeymapFilter>(__uuidof(CKeymapFilter));
+  client::Events<__CKeymapFilter> events_{filter_.Get(),
+                                          [this](DISPID, VARIANTARG* arguments) { hear(arguments); }};
 };
 
 /// One page. Execute and Free are all that a wizard asks of it.
-class Page final : public IWizardStep {
+class Page final : public client::StackObject<IWizardStep> {
  public:
   Page(Commands& commands, std::wstring name, std::wstring text)
       : commands_(commands), name_(std::move(name)), text_(std::move(text)) {}
@@ -189,26 +143,6 @@ class Page final : public IWizardStep {
     return S_OK;
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    const bool known =
-        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(IWizardStep);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  // It lives on the stack, longer than the wizard.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  // The wizard calls the interface itself, never by name.
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-
  private:
   Commands& commands_;
   std::wstring name_;
@@ -239,9 +173,7 @@ WizardOutcome run(Commands& commands) {
   check(wizard->get_Item(_variant_t(1L), first.GetAddressOf()), "finding the first step");
   check(first->put_PermitBack(VARIANT_FALSE), "forbidding to go back");
 
-  ComPtr<IHelpProvider> provider;
-  check(help->QueryInterface(__uuidof(IHelpProvider), reinterpret_cast<void**>(provider.GetAddressOf())),
-        "asking for a help provider");
+  const auto provider = query<IHelpProvider>(help.Get(), "asking for a help provider");
   WizardOutcome outcome = wizoError;
   const _variant_t noFinishStep(DISP_E_PARAMNOTFOUND, VT_ERROR);
   check(wizard->DoWizard(_variant_t(1L), noFinishStep, provider.Get(), &outcome), "running the wizard");

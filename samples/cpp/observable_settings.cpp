@@ -6,35 +6,20 @@
 
 #include <windows.h>
 #include <comutil.h>
-#include <olectl.h>
-#include <wrl/client.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <string>
 
+#include "Client.h"
 #include "ZEQUtility2.h"
 
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
-void check(HRESULT result, const char* what) {
-  if (FAILED(result)) {
-    std::printf("%s failed: %08lX\n", what, static_cast<unsigned long>(result));
-    std::exit(1);
-  }
-}
+using client::check;
+using client::ComPtr;
 
 /// The settings of a window. Each setter is one line: the companion compares, stores and announces.
 class WindowSettings {
  public:
-  WindowSettings() {
-    check(CoCreateInstance(__uuidof(CObservableClass), nullptr, CLSCTX_INPROC_SERVER,
-                           __uuidof(_CObservableClass), reinterpret_cast<void**>(observer_.GetAddressOf())),
-          "creating CObservableClass");
-  }
-
   [[nodiscard]] _CObservableClass* observer() const { return observer_.Get(); }
 
   bool setTitle(const wchar_t* title) { return update(title_, L"Title", _variant_t(title)); }
@@ -67,63 +52,29 @@ class WindowSettings {
     check(observer_->PopPropertyChangeMode(&mode), "finishing an activity");
   }
 
-  ComPtr<_CObservableClass> observer_;
+  ComPtr<_CObservableClass> observer_ =
+      client::create<_CObservableClass>(__uuidof(CObservableClass), "creating CObservableClass");
   _variant_t title_{L""};
   _variant_t width_{0L};
 };
 
-/// Prints the events of a CObservableClass. The dispatch identifiers stand in the type library.
-class Listener final : public IDispatch {
- public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    const bool known =
-        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(__CObservableClass);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
+/// Prints an event of a CObservableClass.
+void print(DISPID event, const VARIANTARG* arguments) {
+  constexpr DISPID propertyChange = 1;
+  if (event == propertyChange) {
+    const _bstr_t value{_variant_t(arguments[0])};
+    std::printf("  %ls is \"%ls\"\n", arguments[1].bstrVal,
+                value.length() > 0 ? static_cast<const wchar_t*>(value) : L"");
+  } else {
+    static const char* const activities[] = {"creating", "clearing", "cloning", "updating", "enumerating"};
+    std::printf("  %s %s\n", arguments[0].boolVal != VARIANT_FALSE ? "finished" : "started",
+                activities[event - 2]);
   }
-  // It lives on the stack of main, longer than the connection.
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
-  STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                      UINT*) override {
-    constexpr DISPID propertyChange = 1;
-    const VARIANTARG* list = arguments->rgvarg;  // The last argument comes first.
-    if (event == propertyChange) {
-      const _bstr_t value{_variant_t(list[0])};
-      std::printf("  %ls is \"%ls\"\n", list[1].bstrVal,
-                  value.length() > 0 ? static_cast<const wchar_t*>(value) : L"");
-    } else {
-      static const char* const activities[] = {"creating", "clearing", "cloning", "updating", "enumerating"};
-      std::printf("  %s %s\n", list[0].boolVal != VARIANT_FALSE ? "finished" : "started",
-                  activities[event - 2]);
-    }
-    return S_OK;
-  }
-};
-
-DWORD connect(IUnknown* source, IUnknown* sink, ComPtr<IConnectionPoint>& point) {
-  ComPtr<IConnectionPointContainer> container;
-  check(source->QueryInterface(__uuidof(IConnectionPointContainer),
-                               reinterpret_cast<void**>(container.GetAddressOf())),
-        "asking for events");
-  check(container->FindConnectionPoint(__uuidof(__CObservableClass), point.GetAddressOf()),
-        "finding the events");
-  DWORD cookie = 0;
-  check(point->Advise(sink, &cookie), "connecting");
-  return cookie;
 }
 
 void run() {
   WindowSettings settings;
-  Listener listener;
-  ComPtr<IConnectionPoint> events;
-  const DWORD cookie = connect(settings.observer(), &listener, events);
+  const client::Events<__CObservableClass> events(settings.observer(), print);
 
   std::printf("A new title and a new width:\n");
   settings.setTitle(L"Report");
@@ -134,8 +85,6 @@ void run() {
   settings.enumerateProperties();
   std::printf("Back to the start:\n");
   settings.clear();
-
-  events->Unadvise(cookie);
 }
 
 }  // namespace
