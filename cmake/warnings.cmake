@@ -10,6 +10,12 @@ function(zeq_compile_options target)
       UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT _WIN32_WINNT=0x0601 WINVER=0x0601)
     # A std::terminate in a client's process is worse than any code it could save; unwind tables stay.
     target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections)
+    if(ZEQ_TRAP)
+      # Clients pass any integer for an enumeration, and the system's marshaller pointers to any address. The checks
+      # make paths that the warnings take for real ones.
+      target_compile_options(${target} PRIVATE -fsanitize=undefined -fno-sanitize=enum,alignment -fsanitize-undefined-trap-on-error
+        -Wno-null-dereference -Wno-maybe-uninitialized)
+    endif()
   else()
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
