@@ -106,6 +106,7 @@ void deleteTree(const std::wstring& root, bool force) {
   if (const EntrySearch self(root); self) {
     add(root, *self);
   }
+  // NOLINTNEXTLINE(modernize-loop-convert): the list grows on the way.
   for (std::size_t i = 0; i < folders.size(); ++i) {
     const std::wstring folder = folders[i].path;
     if (folders[i].isLink) {

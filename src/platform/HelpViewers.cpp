@@ -41,7 +41,7 @@ std::wstring programHelpFile() {
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
   const std::wstring base = buildPath(parentFolderName(path), baseName(path));
   for (const wchar_t* extension : {L".chm", L".hlp"}) {
-    const std::wstring candidate = base + extension;
+    std::wstring candidate = base + extension;
     if (fileExists(candidate.c_str())) {
       return candidate;
     }
