@@ -31,7 +31,8 @@ constexpr std::array hives{
 
 /// The handle of a predefined key is its 32-bit number, sign-extended.
 HKEY rootKey(std::uint32_t hive) noexcept {
-  return reinterpret_cast<HKEY>(static_cast<LONG_PTR>(static_cast<std::int32_t>(hive)));
+  const auto number = static_cast<LONG_PTR>(static_cast<std::int32_t>(hive));
+  return reinterpret_cast<HKEY>(number);  // NOLINT(performance-no-int-to-ptr)
 }
 
 wchar_t upper(wchar_t letter) noexcept {

@@ -33,8 +33,8 @@ class Arrays {
     return index;
   }
   void swap(std::int64_t one, std::int64_t other) {
-    rank_.swap(one, other);
-    data_.swap(one, other);
+    rank_.exchange(one, other);
+    data_.exchange(one, other);
   }
 
  private:

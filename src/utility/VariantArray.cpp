@@ -56,7 +56,7 @@ VARIANT VariantArray::borrowed(std::int64_t index) const {
   return value;
 }
 
-void VariantArray::swap(std::int64_t one, std::int64_t other) {
+void VariantArray::exchange(std::int64_t one, std::int64_t other) {
   std::byte* const first = address(one);
   std::byte* const second = address(other);
   if (first != second) {

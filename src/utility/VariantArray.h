@@ -28,7 +28,7 @@ class VariantArray {
 
   /// An element as a value that it still owns.
   [[nodiscard]] VARIANT borrowed(std::int64_t index) const;
-  void swap(std::int64_t one, std::int64_t other);
+  void exchange(std::int64_t one, std::int64_t other);
 
   /// Puts into each place from `first` on the element that `placeOf(n)`, counted from there too, says.
   template <class PlaceOf>
