@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Random calls with random arguments on every class, in an environment of its own that is thrown away:
-# tools/torture.sh [calls a bitness] [seed] [bitness]. Without a seed a new one is drawn and printed; with it a run
-# repeats. Without a bitness both are run. The last line is the total.
+# tools/torture.sh [calls a bitness] [seed] [bitness] [-ubsan]. Without a seed a new one is drawn and printed; with it a
+# run repeats. Without a bitness both are run; with -ubsan the program that tools/ubsan.sh builds. The last line is the
+# total.
 source "$(dirname "$0")/count.sh"
 calls=${1:-1000000}
 seed=${2:-$((RANDOM * 32768 + RANDOM))}
@@ -13,7 +14,7 @@ for bits in "${3:-${both[@]}}"; do
   step "torture, $bits-bit, seed $seed"
   rm -rf "$build/prefix-torture$bits"
   use_prefix "torture$bits"
-  if timeout 3600 "$(wine_for "$bits")" "$build/win$bits/bin/torture.exe" \
+  if timeout 3600 "$(wine_for "$bits")" "$build/win$bits${4:-}/bin/torture.exe" \
     --seed "$seed" --rounds $rounds --calls $((calls / rounds)) </dev/null 2>&1 | tr -d '\r' |
     tee "$build/torture$bits.log" && grep -q '^ok torture' "$build/torture$bits.log"; then
     count "torture, $bits-bit" 1 0

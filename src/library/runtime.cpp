@@ -68,9 +68,10 @@ CONDITION_VARIABLE guardChanged = CONDITION_VARIABLE_INIT;
 
 /// A lock of the system, in the memory of one that is set up with all bits set.
 SRWLOCK* lockOf(pthread_mutex_t* mutex) noexcept {
-  static_assert(sizeof(*mutex) == sizeof(SRWLOCK));
-  InterlockedCompareExchangePointer(reinterpret_cast<void**>(mutex), nullptr,
-                                    reinterpret_cast<void*>(PTHREAD_MUTEX_INITIALIZER));
+  static_assert(sizeof(pthread_mutex_t) == sizeof(SRWLOCK));
+  void* const unset =
+      reinterpret_cast<void*>(PTHREAD_MUTEX_INITIALIZER);  // NOLINT(performance-no-int-to-ptr)
+  InterlockedCompareExchangePointer(reinterpret_cast<void**>(mutex), nullptr, unset);
   return reinterpret_cast<SRWLOCK*>(mutex);
 }
 
@@ -125,7 +126,7 @@ void __cxa_guard_abort(Guard* variable) noexcept {  // NOLINT
 // What the runtime wants of the threads library.
 
 int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* /*attributes*/) {
-  *mutex = 0;
+  InitializeSRWLock(reinterpret_cast<SRWLOCK*>(mutex));
   return 0;
 }
 
