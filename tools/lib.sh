@@ -7,6 +7,7 @@ cd "$root"
 build=$root/build
 wine32=/usr/lib/wine/wine
 wine64=/usr/lib/wine/wine64
+export LC_ALL=C.UTF-8  # Else Wine takes no file names with letters beyond ASCII.
 
 say() { printf '%s\n' "$*"; }
 step() { printf '\n== %s\n' "$*"; }
