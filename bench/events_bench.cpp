@@ -6,6 +6,7 @@
 #include <string>
 
 #include "harness.h"
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/TempFolder.h"
 
@@ -20,20 +21,8 @@ using test::Variant;
 
 /// A client's sink that takes the arguments of PropertyChange out of the list, as sinks do that know them by
 /// position.
-class PropertySink final : public IDispatch {
+class PropertySink final : public test::ClientObject<> {
  public:
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }  // Lives as long as the rows.
-  STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override { return *count = 0, S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override {
-    return DISP_E_UNKNOWNNAME;
-  }
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
                       UINT* argumentError) noexcept override {
     Variant name;

@@ -15,8 +15,8 @@
 #include <oleauto.h>
 
 #include "automation/ComPtr.h"
-#include "automation/Module.h"
 #include "automation/NamedCaller.h"
+#include "automation/Unknown.h"
 
 namespace zeq::automation {
 
@@ -51,44 +51,12 @@ void dropAdapter(IUnknown*& object) noexcept;
 /// calling the target, and its IDispatch is the target's, so that clients reach all members of their object
 /// through it.
 template <class Class, class Interface>
-class Adapter : public Interface {
+class Adapter : public Unknown<Interface> {
  public:
   explicit Adapter(IDispatch* target) noexcept : caller_(target) {}
-  Adapter(const Adapter&) = delete;
-  Adapter& operator=(const Adapter&) = delete;
-
   [[nodiscard]] static REFIID interfaceId() noexcept { return __uuidof(Interface); }
   [[nodiscard]] static ComPtr<IUnknown> make(IDispatch* target) {
     return ComPtr<IUnknown>::attach(new Class(target));
-  }
-
-  // IUnknown
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    if (IsEqualIID(iid, adaptedObjectId)) {
-      *object = ComPtr<IDispatch>(caller_.target()).detach();
-      return S_OK;
-    }
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, interfaceId())) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) {
-      delete static_cast<Class*>(this);
-    }
-    return static_cast<ULONG>(left);
   }
 
   // IDispatch
@@ -108,14 +76,19 @@ class Adapter : public Interface {
   }
 
  protected:
-  virtual ~Adapter() = default;
-
   [[nodiscard]] const NamedCaller& caller() const noexcept { return caller_; }
 
  private:
-  LONG references_ = 1;
+  [[nodiscard]] IUnknown* findInterface(REFIID iid) noexcept override {
+    if (IsEqualIID(iid, adaptedObjectId)) {
+      return caller_.target();
+    }
+    const bool isKnown =
+        IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, interfaceId());
+    return isKnown ? this : nullptr;
+  }
+
   NamedCaller caller_;
-  ModuleLock lock_;
 };
 
 }  // namespace zeq::automation

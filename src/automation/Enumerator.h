@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "automation/ComPtr.h"
-#include "automation/Module.h"
+#include "automation/Unknown.h"
 #include "automation/Variant.h"
 
 namespace zeq::automation {
@@ -20,36 +20,13 @@ namespace zeq::automation {
 /// Enumerates the elements that it was made with; later changes of their source do not show. An Element owns
 /// what it holds and has `void copyTo(Raw&) const`, which gives the client a copy of its own.
 template <class Interface, class Raw, class Element>
-class Enumerator final : public Interface {
+class Enumerator final : public SingleInterface<Interface> {
  public:
   using Elements = std::vector<Element>;
 
   [[nodiscard]] static ComPtr<Interface> make(Elements elements) {
     return ComPtr<Interface>::attach(
         new Enumerator(std::make_shared<const Elements>(std::move(elements)), 0));
-  }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, __uuidof(Interface))) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) {
-      delete this;
-    }
-    return static_cast<ULONG>(left);
   }
 
   STDMETHODIMP Next(ULONG count, Raw* out, ULONG* fetched) noexcept override {
@@ -98,12 +75,9 @@ class Enumerator final : public Interface {
  private:
   Enumerator(std::shared_ptr<const Elements> elements, std::size_t position) noexcept
       : elements_(std::move(elements)), position_(position) {}
-  ~Enumerator() = default;
 
-  LONG references_ = 1;
   std::shared_ptr<const Elements> elements_;
   std::size_t position_;
-  ModuleLock lock_;
 };
 
 /// A VARIANT as an element.

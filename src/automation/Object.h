@@ -1,6 +1,6 @@
 #pragma once
-// What every class of the library inherits: reference counting, QueryInterface, late binding, class
-// information, error information, event sources and the lock that keeps the module loaded.
+// What every class of the library inherits: IUnknown, late binding, class information, error information and
+// event sources.
 //
 //   class CFakeDrive final : public automation::Object<CFakeDrive, ::CFakeDrive, ::_CFakeDrive> { ... };
 //   class CFileOperation final
@@ -22,6 +22,7 @@
 #include "automation/Events.h"
 #include "automation/Module.h"
 #include "automation/Policy.h"
+#include "automation/Unknown.h"
 
 namespace zeq::automation {
 
@@ -90,16 +91,11 @@ struct NoEvents {};
 /// `Coclass` and the interfaces are the type library's own declarations; `Source` is the class's event
 /// dispinterface (void for none), `Further` are dual interfaces that it implements besides its default one.
 template <class Class, class Coclass, class Interface, class Source = void, class... Further>
-class Object : public Dual<Interface>,
-               public IProvideClassInfo2,
-               public ISupportErrorInfo,
-               public std::conditional_t<std::is_void_v<Source>, NoEvents, EventSource<Source>>,
-               public Dual<Further>... {
+class Object : public Unknown<Dual<Interface>, IProvideClassInfo2, ISupportErrorInfo,
+                              std::conditional_t<std::is_void_v<Source>, NoEvents, EventSource<Source>>,
+                              Dual<Further>...> {
  public:
   static constexpr bool hasEvents = !std::is_void_v<Source>;
-
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
 
   /// A new object, in the C++ sense of its class.
   template <class... Arguments>
@@ -115,30 +111,6 @@ class Object : public Dual<Interface>,
     } catch (...) {
       return reportCurrent();
     }
-  }
-
-  // IUnknown
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    *object = find(iid);
-    if (*object == nullptr) {
-      return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) {
-      references_ = beingDestroyed;  // What the destructor calls may take and drop references once more.
-      delete static_cast<Class*>(this);
-    }
-    return static_cast<ULONG>(left);
   }
 
   // IProvideClassInfo2
@@ -171,16 +143,11 @@ class Object : public Dual<Interface>,
   }
 
  protected:
-  Object() noexcept = default;
-  virtual ~Object() = default;
-
   /// Keeps the object alive over a call that runs client code.
   [[nodiscard]] ComPtr<Interface> keepAlive() noexcept { return ComPtr<Interface>(this); }
 
  private:
-  static constexpr LONG beingDestroyed = 0x40000000;
-
-  [[nodiscard]] void* find(REFIID iid) noexcept {
+  [[nodiscard]] IUnknown* findInterface(REFIID iid) noexcept override {
     if (IsEqualIID(iid, __uuidof(Interface)) || IsEqualIID(iid, IID_IDispatch) ||
         IsEqualIID(iid, IID_IUnknown)) {
       return static_cast<Interface*>(this);
@@ -196,13 +163,10 @@ class Object : public Dual<Interface>,
         return static_cast<IConnectionPointContainer*>(this);
       }
     }
-    void* further = nullptr;
+    IUnknown* further = nullptr;
     ((IsEqualIID(iid, __uuidof(Further)) ? void(further = static_cast<Further*>(this)) : void()), ...);
     return further;
   }
-
-  LONG references_ = 1;
-  ModuleLock lock_;
 };
 
 }  // namespace zeq::automation

@@ -1,14 +1,14 @@
 #include "fileops/TaskConnection.h"
 
-#include "automation/Module.h"
 #include "automation/Policy.h"
+#include "automation/Unknown.h"
 
 namespace zeq::fileops {
 
 using automation::ComPtr;
 
 /// What the task knows of the listener. It may outlive the connection, because tasks hold their sinks.
-class TaskConnection::Sink final : public IDispatch {
+class TaskConnection::Sink final : public automation::Unknown<IDispatch> {
  public:
   Sink(_CFileOperation& task, TaskListener& listener) noexcept : task_(&task), listener_(&listener) {}
 
@@ -18,29 +18,6 @@ class TaskConnection::Sink final : public IDispatch {
     task_.reset();
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, __uuidof(__CFileOperation))) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) {
-      delete this;
-    }
-    return static_cast<ULONG>(left);
-  }
   STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
     *count = 0;
     return S_OK;
@@ -60,12 +37,14 @@ class TaskConnection::Sink final : public IDispatch {
   }
 
  private:
-  ~Sink() = default;
+  [[nodiscard]] IUnknown* findInterface(REFIID iid) noexcept override {
+    const bool isKnown = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) ||
+                         IsEqualIID(iid, __uuidof(__CFileOperation));
+    return isKnown ? this : nullptr;
+  }
 
-  LONG references_ = 1;
   ComPtr<_CFileOperation> task_;
   TaskListener* listener_;
-  automation::ModuleLock lock_;
 };
 
 TaskConnection::TaskConnection(const ComPtr<_CFileOperation>& task, TaskListener& listener)

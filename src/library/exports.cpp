@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "automation/Module.h"
+#include "automation/Unknown.h"
 #include "library/class_table.h"
 #include "library/registration.h"
 #include "library/runtime.h"
@@ -17,32 +18,9 @@
 namespace zeq::library {
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public automation::SingleInterface<IClassFactory> {
  public:
   explicit ClassFactory(const ClassEntry& entry) noexcept : entry_(entry) {}
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (object == nullptr) {
-      return E_POINTER;
-    }
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IClassFactory)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IClassFactory*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-  }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) {
-      delete this;
-    }
-    return static_cast<ULONG>(left);
-  }
 
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept override {
     if (object == nullptr) {
@@ -61,11 +39,7 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ~ClassFactory() = default;
-
-  LONG references_ = 1;
   const ClassEntry& entry_;
-  automation::ModuleLock lock_;
 };
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <regex>
 #include <set>
 
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/DialogAnswer.h"
 #include "support/EventLog.h"
@@ -24,7 +25,7 @@ const EventLog::Names eventNames{{1, L"AuditDataReady"}, {2, L"StopApplication"}
 constexpr DISPID auditDataReady = 1;
 
 /// A control as a client may have it: an object with some properties, assigned by name.
-class Control final : public IDispatch {
+class Control final : public ClientObject<> {
  public:
   using Names = std::vector<std::wstring>;
   explicit Control(Names properties, Names rejecting = {})
@@ -32,15 +33,6 @@ class Control final : public IDispatch {
 
   std::vector<std::wstring> assigned;  ///< Such as "Text=hello".
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *object = known ? this : nullptr;
-    return known ? (AddRef(), S_OK) : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return --references; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override { return *count = 0, S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t** names, UINT, LCID, DISPID* ids) noexcept override {
     const auto found = std::find(properties_.begin(), properties_.end(), names[0]);
     *ids = found != properties_.end() ? static_cast<DISPID>(found - properties_.begin()) : DISPID_UNKNOWN;
@@ -58,8 +50,6 @@ class Control final : public IDispatch {
     assigned.push_back(name + L"=" + std::wstring(automation::text(parameters->rgvarg[0].bstrVal)));
     return S_OK;
   }
-
-  ULONG references = 1;
 
  private:
   Names properties_;
@@ -164,9 +154,9 @@ TEST_F(CZEQAuditTest, ReleasesItsControlAtTheEnd) {
   {
     const auto other = create<CZEQAudit, _CZEQAudit>();
     other->putref_StatusDestControl(&control);
-    EXPECT_EQ(control.references, 2U);
+    EXPECT_EQ(control.references(), 2U);
   }
-  EXPECT_EQ(control.references, 1U);
+  EXPECT_EQ(control.references(), 1U);
 }
 
 // The debug file.

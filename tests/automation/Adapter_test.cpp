@@ -10,6 +10,7 @@
 #include <map>
 
 #include "automation/ProbeObject.h"
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 
@@ -21,7 +22,7 @@ using automation::NamedCaller;
 using automation::raising;
 
 /// An object as a script makes it: no interface but IDispatch, no type information.
-class ScriptObject final : public IDispatch {
+class ScriptObject final : public ClientObject<> {
  public:
   struct Call {
     WORD flags;
@@ -43,27 +44,12 @@ class ScriptObject final : public IDispatch {
   }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) {
+    const HRESULT result = ClientObject::QueryInterface(iid, object);
+    if (FAILED(result)) {
       *object = reinterpret_cast<void*>(std::uintptr_t{0xBAD});  // What nobody may use or release.
-      return E_NOINTERFACE;
     }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
+    return result;
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return DISP_E_BADINDEX; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t** names, UINT, LCID, DISPID* ids) noexcept override {
     const auto found = names_.find(names[0]);
     if (found == names_.end()) {
@@ -78,42 +64,18 @@ class ScriptObject final : public IDispatch {
   }
 
  private:
-  ScriptObject() = default;
-  ~ScriptObject() = default;
-
-  ULONG references_ = 1;
   std::map<std::wstring, DISPID> names_;
   std::vector<Member> members_;
 };
 
 /// The same object as script hosts make it whose class instances leave the questions of IDispatch itself
 /// unanswered: its members are found and called through IDispatchEx only.
-class ExtendedObject final : public IDispatchEx {
+class ExtendedObject final : public ClientObject<IDispatchEx> {
  public:
   [[nodiscard]] static ComPtr<IDispatch> of(const ComPtr<ScriptObject>& members) {
     return ComPtr<IDispatch>::attach(new ExtendedObject(members));
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, __uuidof(IDispatchEx))) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatchEx*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override { return members_->GetTypeInfoCount(count); }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
@@ -136,9 +98,6 @@ class ExtendedObject final : public IDispatchEx {
 
  private:
   explicit ExtendedObject(ComPtr<ScriptObject> members) noexcept : members_(std::move(members)) {}
-  ~ExtendedObject() = default;
-
-  ULONG references_ = 1;
   ComPtr<ScriptObject> members_;
 };
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "automation/Collection.h"
+#include "support/ClientObject.h"
 
 namespace zeq::automation {
 namespace {
@@ -23,22 +24,10 @@ HRESULT errorOf(Call&& call) {
 }
 
 /// The library's collection, known by name only.
-class ByName final : public IDispatch {
+class ByName final : public test::ClientObject<> {
  public:
   explicit ByName(bool namesArguments) : namesArguments_(namesArguments) {}
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t** names, UINT count, LCID, DISPID* ids) noexcept override {
     const std::wstring_view member = names[0];
     ids[0] = member == L"Add"      ? 1

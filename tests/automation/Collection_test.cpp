@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 
@@ -13,47 +14,17 @@ namespace {
 using testing::ElementsAre;
 
 /// An item that tells when it is released for the last time.
-class Item final : public IDispatch {
+class Item final : public ClientObject<> {
  public:
   [[nodiscard]] static Variant make(std::function<void()> released) {
     const auto item = ComPtr<IDispatch>::attach(new Item(std::move(released)));
     return Variant(item.get());
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      const auto released = std::move(released_);
-      delete this;
-      released();
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override {
-    return DISP_E_UNKNOWNNAME;
-  }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return DISP_E_MEMBERNOTFOUND;
-  }
-
  private:
   explicit Item(std::function<void()> released) : released_(std::move(released)) {}
-  ~Item() = default;
+  ~Item() override { released_(); }
 
-  ULONG references_ = 1;
   std::function<void()> released_;
 };
 

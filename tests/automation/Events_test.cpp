@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "automation/ProbeObject.h"
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 
@@ -17,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 
 /// A sink that answers to no interface but the one given; events it ignores.
-class PickySink final : public IDispatch {
+class PickySink final : public ClientObject<> {
  public:
   [[nodiscard]] static ComPtr<IUnknown> make(REFIID only) {
     return ComPtr<IUnknown>::attach(new PickySink(only));
@@ -28,21 +29,8 @@ class PickySink final : public IDispatch {
       *object = reinterpret_cast<void*>(std::uintptr_t{0xBAD});  // What nobody may use or release.
       return E_NOINTERFACE;
     }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
+    return ClientObject::QueryInterface(IID_IDispatch, object);
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
                       UINT*) noexcept override {
     // A failure with everything that the caller has to free.
@@ -54,34 +42,23 @@ class PickySink final : public IDispatch {
 
  private:
   explicit PickySink(REFIID only) : only_(only) {}
-  ~PickySink() = default;
-  ULONG references_ = 1;
   IID only_;
 };
 
 /// A sink that holds no reference to its source.
-class Free final : public IDispatch {
+class Free final : public ClientObject<> {
  public:
   explicit Free(std::function<void()> call) : call_(std::move(call)) {}
   STDMETHODIMP QueryInterface(REFIID, void** object) noexcept override {
-    *object = this;
-    AddRef();
-    return S_OK;
+    return ClientObject::QueryInterface(IID_IDispatch, object);
   }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return --references_; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
     call_();
     return S_OK;
   }
-  [[nodiscard]] ULONG references() const noexcept { return references_; }
 
  private:
-  ULONG references_ = 1;
   std::function<void()> call_;
 };
 

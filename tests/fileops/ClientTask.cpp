@@ -24,25 +24,8 @@ HRESULT ClientTask::raiseMalformed(DISPID event) {
 }
 
 STDMETHODIMP ClientTask::QueryInterface(REFIID iid, void** object) noexcept {
-  *object = nullptr;
-  if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) ||
-      IsEqualIID(iid, __uuidof(_CFileOperation))) {
-    *object = static_cast<_CFileOperation*>(this);
-  } else if (hasEvents_ && IsEqualIID(iid, IID_IConnectionPointContainer)) {
-    *object = static_cast<IConnectionPointContainer*>(this);
-  } else {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) ClientTask::Release() noexcept {
-  const ULONG left = --references_;
-  if (left == 0) {
-    delete this;
-  }
-  return left;
+  const bool isHidden = !hasEvents_ && IsEqualIID(iid, IID_IConnectionPointContainer);
+  return ClientObject::QueryInterface(isHidden ? IID_NULL : iid, object);
 }
 
 STDMETHODIMP ClientTask::get_State(enumExecutionState* result) noexcept {

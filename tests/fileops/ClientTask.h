@@ -8,13 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "support/ClientObject.h"
 #include "support/Component.h"
 
 namespace zeq::test {
 
 /// Its Execute raises the estimates that it was made with, and succeeds unless told otherwise. It answers
 /// what a batch needs; every other member is not implemented.
-class ClientTask final : public _CFileOperation, public IConnectionPointContainer {
+class ClientTask final : public ClientObject<_CFileOperation, IConnectionPointContainer> {
  public:
   struct Estimate {
     std::wstring drive;
@@ -37,8 +38,6 @@ class ClientTask final : public _CFileOperation, public IConnectionPointContaine
   HRESULT raiseMalformed(DISPID event);
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override;
 
   STDMETHODIMP get_State(enumExecutionState* result) noexcept override;
   STDMETHODIMP put_State(enumExecutionState) noexcept override { return S_OK; }
@@ -48,13 +47,6 @@ class ClientTask final : public _CFileOperation, public IConnectionPointContaine
   STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) noexcept override;
 
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return E_NOTIMPL;
-  }
   STDMETHODIMP SetMove(BSTR, BSTR, enumOverwriteType, enumParamType, VARIANT_BOOL*) noexcept override {
     return E_NOTIMPL;
   }
@@ -103,10 +95,8 @@ class ClientTask final : public _CFileOperation, public IConnectionPointContaine
   };
 
   explicit ClientTask(std::vector<Estimate> estimates) : estimates_(std::move(estimates)) {}
-  ~ClientTask() = default;
   HRESULT raise(DISPID event, std::vector<VARIANT> arguments);
 
-  ULONG references_ = 1;
   std::vector<Estimate> estimates_;
   HRESULT result_ = S_OK;
   VARIANT_BOOL success_ = VARIANT_TRUE;

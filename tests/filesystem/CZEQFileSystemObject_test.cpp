@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "filesystem/FileSystemTest.h"
+#include "support/ClientObject.h"
 #include "support/ImportHook.h"
 
 namespace zeq::test {
@@ -14,25 +15,13 @@ using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 /// A collection as a script might write one: known by name only, and without names for its arguments.
-class ScriptCollection final : public IDispatch {
+class ScriptCollection final : public ClientObject<> {
  public:
   std::vector<std::wstring> keys;
   std::vector<VARTYPE> types;
   HRESULT failure = S_OK;
   std::function<void()> whenAdding = [] {};
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return 2; }
-  STDMETHODIMP_(ULONG) Release() noexcept override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t** names, UINT count, LCID, DISPID* ids) noexcept override {
     std::fill_n(ids, count, DISPID_UNKNOWN);
     if (std::wstring_view(names[0]) == L"Add") {

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "support/ClientObject.h"
+
 namespace zeq::test {
 namespace {
 
@@ -17,48 +19,19 @@ Function entryPoint(const char* name) {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
 }
 
-class SinkObject final : public IDispatch {
+class SinkObject final : public ClientObject<> {
  public:
   SinkObject(REFIID events, Sink::Handler handler) : events_(events), handler_(std::move(handler)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) && !IsEqualIID(iid, events_)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override {
-    return DISP_E_UNKNOWNNAME;
+    return ClientObject::QueryInterface(IsEqualIID(iid, events_) ? IID_IDispatch : iid, object);
   }
   STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
-    std::vector<VARIANT*> arguments;
-    for (UINT i = parameters->cArgs; i-- > 0;) {
-      arguments.push_back(&parameters->rgvarg[i]);
-    }
-    return handler_(event, std::move(arguments));
+    return handler_(event, inDeclarationOrder(*parameters));
   }
 
  private:
-  ~SinkObject() = default;
-
-  ULONG references_ = 1;
   IID events_;
   Sink::Handler handler_;
 };
@@ -85,6 +58,14 @@ bool canUnload() {
   using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
   static const auto canUnloadNow = entryPoint<CanUnloadNow>("DllCanUnloadNow");
   return canUnloadNow() == S_OK;
+}
+
+std::vector<VARIANT*> inDeclarationOrder(const DISPPARAMS& parameters) {
+  std::vector<VARIANT*> arguments;
+  for (UINT i = parameters.cArgs; i-- > 0;) {
+    arguments.push_back(&parameters.rgvarg[i]);
+  }
+  return arguments;
 }
 
 Outcome Late::invoke(const wchar_t* name, WORD flags, std::vector<VARIANT> arguments) const {

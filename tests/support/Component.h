@@ -128,6 +128,9 @@ class TextArgument {
 }
 
 /// The text of a variant that holds one.
+/// The arguments of a call as they are declared; the call brings them in reverse.
+[[nodiscard]] std::vector<VARIANT*> inDeclarationOrder(const DISPPARAMS& parameters);
+
 [[nodiscard]] std::wstring textIn(const Variant& value);
 
 /// A sink that hands every event to a function and stays connected while it lives.

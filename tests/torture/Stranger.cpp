@@ -5,32 +5,8 @@
 namespace zeq::torture {
 
 STDMETHODIMP Stranger::QueryInterface(REFIID iid, void** object) noexcept {
-  const bool isKnown =
-      IsEqualIID(iid, IID_IUnknown) || (IsEqualIID(iid, IID_IDispatch) && kind_ != Kind::answersNoName);
-  *object = isKnown ? this : nullptr;
-  if (!isKnown) {
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  return S_OK;
-}
-
-STDMETHODIMP_(ULONG) Stranger::Release() noexcept {
-  const ULONG left = --references_;
-  if (left == 0) {
-    delete this;
-  }
-  return left;
-}
-
-STDMETHODIMP Stranger::GetTypeInfoCount(UINT* count) noexcept {
-  *count = 0;
-  return S_OK;
-}
-
-STDMETHODIMP Stranger::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) noexcept {
-  *info = nullptr;
-  return E_NOTIMPL;
+  const bool isHidden = kind_ == Kind::answersNoName && IsEqualIID(iid, IID_IDispatch);
+  return ClientObject::QueryInterface(isHidden ? IID_NULL : iid, object);
 }
 
 STDMETHODIMP Stranger::GetIDsOfNames(REFIID /*reserved*/, wchar_t** /*names*/, UINT count, LCID /*locale*/,

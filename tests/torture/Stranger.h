@@ -8,10 +8,11 @@
 #include <functional>
 
 #include "automation/ComPtr.h"
+#include "support/ClientObject.h"
 
 namespace zeq::torture {
 
-class Stranger final : public IDispatch {
+class Stranger final : public test::ClientObject<> {
  public:
   enum class Kind {
     knowsEveryName,
@@ -32,10 +33,6 @@ class Stranger final : public IDispatch {
   [[nodiscard]] static long alive() noexcept { return alive_; }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override;
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override;
-  STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override;
   STDMETHODIMP GetIDsOfNames(REFIID reserved, wchar_t** names, UINT count, LCID locale,
                              DISPID* ids) noexcept override;
   STDMETHODIMP Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
@@ -43,11 +40,10 @@ class Stranger final : public IDispatch {
 
  private:
   Stranger(Kind kind, const Answer& answer) : kind_(kind), answer_(answer) { ++alive_; }
-  ~Stranger() { --alive_; }
+  ~Stranger() override { --alive_; }
 
   Kind kind_;
   const Answer& answer_;
-  ULONG references_ = 1;
   static inline long alive_ = 0;
 };
 

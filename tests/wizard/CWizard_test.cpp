@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 #include "wizard/Step.h"
@@ -522,35 +523,13 @@ TEST_F(CWizardStepDetailsTest, KeepsItsProperties) {
 // ---- steps and help providers that answer only by name
 
 /// A script's object: its members are known by name, and it writes only to variables of any type.
-class ScriptObject final : public IDispatch {
+class ScriptObject final : public ClientObject<> {
  public:
   using Handler = std::function<HRESULT(const std::wstring& name, std::vector<VARIANT*> arguments, VARIANT*)>;
   static ComPtr<IDispatch> make(Handler handler) {
     return ComPtr<IDispatch>::attach(new ScriptObject(std::move(handler)));
   }
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, wchar_t** names, UINT, LCID, DISPID* ids) noexcept override {
     names_.emplace_back(names[0]);
     *ids = static_cast<DISPID>(names_.size());
@@ -558,18 +537,12 @@ class ScriptObject final : public IDispatch {
   }
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
                       UINT*) noexcept override {
-    std::vector<VARIANT*> arguments;
-    for (UINT i = parameters->cArgs; i-- > 0;) {
-      arguments.push_back(&parameters->rgvarg[i]);
-    }
-    return handler_(names_.at(static_cast<std::size_t>(id - 1)), std::move(arguments), result);
+    return handler_(names_.at(static_cast<std::size_t>(id - 1)), inDeclarationOrder(*parameters), result);
   }
 
  private:
   explicit ScriptObject(Handler handler) : handler_(std::move(handler)) {}
-  ~ScriptObject() = default;
 
-  ULONG references_ = 1;
   Handler handler_;
   std::vector<std::wstring> names_;
 };

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "support/ClientObject.h"
 #include "support/Component.h"
 
 namespace zeq::test {
@@ -22,7 +23,7 @@ struct Page {
 using PageAction = std::function<WizardStepOutcome(Page&)>;
 
 /// It counts itself and its calls.
-class Step final : public IWizardStep {
+class Step final : public ClientObject<IWizardStep> {
  public:
   static ComPtr<IWizardStep> make(PageAction execute) {
     return ComPtr<IWizardStep>::attach(new Step(std::move(execute)));
@@ -31,32 +32,6 @@ class Step final : public IWizardStep {
   static inline int alive = 0;
   static inline int freed = 0;
   static inline std::function<void()> whenFreed;
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-        !IsEqualIID(iid, __uuidof(IWizardStep))) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IWizardStep*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, wchar_t**, UINT, LCID, DISPID*) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return E_NOTIMPL;
-  }
 
   STDMETHODIMP Free() noexcept override {
     ++freed;
@@ -83,9 +58,8 @@ class Step final : public IWizardStep {
 
  private:
   explicit Step(PageAction execute) : execute_(std::move(execute)) { ++alive; }
-  ~Step() { --alive; }
+  ~Step() override { --alive; }
 
-  ULONG references_ = 1;
   PageAction execute_;
 };
 

@@ -215,6 +215,20 @@ Value createObject(const wchar_t* className) {
   return object;
 }
 
+IDispatch& Value::needObject() const {
+  if (object() == nullptr) {
+    throw Failure("an object is missing");
+  }
+  return *object();
+}
+
+Value asInterface(const Value& object, REFIID iid) {
+  Value other(static_cast<IDispatch*>(nullptr));
+  expectSuccess(object.needObject().QueryInterface(iid, reinterpret_cast<void**>(&other.raw()->pdispVal)),
+                L"QueryInterface");
+  return other;
+}
+
 Value callByName(IDispatch* object, Use use, const wchar_t* name, std::vector<Argument> arguments) {
   DISPID id = 0;
   auto* names = const_cast<LPOLESTR>(name);
@@ -245,29 +259,7 @@ Value callByName(IDispatch* object, Use use, const wchar_t* name, std::vector<Ar
   return result;
 }
 
-STDMETHODIMP ClientObject::QueryInterface(REFIID iid, void** object) noexcept {
-  const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-  *object = known ? this : nullptr;
-  if (known) {
-    AddRef();
-  }
-  return known ? S_OK : E_NOINTERFACE;
-}
-
-STDMETHODIMP_(ULONG) ClientObject::Release() noexcept {
-  const ULONG left = --references_;
-  if (left == 0) {
-    delete this;
-  }
-  return left;
-}
-
-STDMETHODIMP ClientObject::GetTypeInfoCount(UINT* count) noexcept {
-  *count = 0;
-  return S_OK;
-}
-
-STDMETHODIMP ClientObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept {
+STDMETHODIMP ScriptObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept {
   if (count != 1) {
     return DISP_E_UNKNOWNNAME;
   }
@@ -276,7 +268,7 @@ STDMETHODIMP ClientObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LC
   return S_OK;
 }
 
-STDMETHODIMP ClientObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
+STDMETHODIMP ScriptObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
                                   EXCEPINFO*, UINT*) noexcept {
   Value value = handler_(names_[static_cast<std::size_t>(id - 1)], *parameters);
   if (result != nullptr) {
@@ -286,33 +278,11 @@ STDMETHODIMP ClientObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* par
 }
 
 /// Answers for the dispinterface that it listens to.
-class Listener::Sink final : public IDispatch {
+class Listener::Sink final : public zeq::test::ClientObject<> {
  public:
   Sink(REFIID events, bool agrees) : events_(events), agrees_(agrees) {}
   STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known =
-        IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, events_);
-    *object = known ? this : nullptr;
-    if (known) {
-      AddRef();
-    }
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* types) noexcept override {
-    *types = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
-    return DISP_E_UNKNOWNNAME;
+    return ClientObject::QueryInterface(IsEqualIID(iid, events_) ? IID_IDispatch : iid, object);
   }
   STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                       UINT*) noexcept override {
@@ -329,21 +299,15 @@ class Listener::Sink final : public IDispatch {
   std::map<DISPID, int> counts;
 
  private:
-  ~Sink() = default;
-
   const IID events_;
   const bool agrees_;
-  ULONG references_ = 1;
 };
 
 Listener::Listener(const Value& source, REFIID events, bool agrees) : sink_(new Sink(events, agrees)) {
-  IDispatch* object = source.object();
-  if (object == nullptr) {
-    throw Failure("no object to listen to");
-  }
   IConnectionPointContainer* container = nullptr;
-  expectSuccess(object->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)),
-                L"IConnectionPointContainer");
+  expectSuccess(
+      source.needObject().QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)),
+      L"IConnectionPointContainer");
   const HRESULT found = container->FindConnectionPoint(events, &point_);
   container->Release();
   expectSuccess(found, L"FindConnectionPoint");

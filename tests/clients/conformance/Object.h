@@ -30,6 +30,9 @@ void noteUse(REFIID interfaceId, Use use, std::wstring_view name);
 /// A new object of a registered class.
 [[nodiscard]] Value createObject(const wchar_t* className);
 
+/// The same object behind another of its interfaces, which has IDispatch as well.
+[[nodiscard]] Value asInterface(const Value& object, REFIID iid);
+
 /// Calls a member by name, as a script does: variables come as references to variants.
 [[nodiscard]] Value callByName(IDispatch* object, Use use, const wchar_t* name,
                                std::vector<Argument> arguments);
@@ -167,11 +170,7 @@ class Object {
 
   /// A new object of a registered class.
   explicit Object(const wchar_t* className) : object_(createObject(className)) {}
-  explicit Object(const Value& object) : object_(object.object()) {
-    if (object_.object() == nullptr) {
-      throw Failure("an object is missing");
-    }
-  }
+  explicit Object(const Value& object) : object_(object.object()) { (void)object_.needObject(); }
 
   operator Value() const { return object_; }
 
@@ -180,11 +179,9 @@ class Object {
   Value use(Use use, const wchar_t* name, Member member, Arguments&&... given) const {
     noteUse(__uuidof(Interface), use, name);
     std::vector<Argument> arguments{Argument(std::forward<Arguments>(given))...};
-    Interface* typed = nullptr;
-    expectSuccess(object_.object()->QueryInterface(__uuidof(Interface), reinterpret_cast<void**>(&typed)),
-                  name);
-    const Value keepsAlive = Slot<Interface*>::shown(typed);
-    return callThroughVtable(typed, member, name, arguments, std::index_sequence_for<Arguments...>());
+    const Value typed = asInterface(object_, __uuidof(Interface));
+    return callThroughVtable(static_cast<Interface*>(&typed.needObject()), member, name, arguments,
+                             std::index_sequence_for<Arguments...>());
   }
 #else
   template <class... Arguments>

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "../../support/ClientObject.h"
 #include "Object.h"
 
 namespace conformance {
@@ -44,27 +45,18 @@ class Listener {
 };
 
 /// A client's own object that answers to names; each call goes to its function.
-class ClientObject : public IDispatch {
+class ScriptObject final : public zeq::test::ClientObject<> {
  public:
   using Handler = std::function<Value(std::wstring_view member, DISPPARAMS& arguments)>;
-  /// The caller holds the first reference.
-  explicit ClientObject(Handler handler) : handler_(std::move(handler)) {}
+  explicit ScriptObject(Handler handler) : handler_(std::move(handler)) {}
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override;
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override;
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override;
   STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
                       UINT*) noexcept override;
 
  private:
-  virtual ~ClientObject() = default;
-
   Handler handler_;
   std::vector<std::wstring> names_;
-  ULONG references_ = 1;
 };
 
 }  // namespace conformance

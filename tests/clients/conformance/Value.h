@@ -49,6 +49,12 @@ class Value {
   }
   ~Value() { VariantClear(&variant_); }
 
+  /// A new object, whose maker's reference the value takes over.
+  [[nodiscard]] static Value owning(IDispatch* made) noexcept {
+    Value value(VT_DISPATCH);
+    value.variant_.pdispVal = made;
+    return value;
+  }
   /// An optional argument that is left out.
   [[nodiscard]] static Value missing() noexcept {
     Value value(VT_ERROR);
@@ -66,6 +72,8 @@ class Value {
   [[nodiscard]] IDispatch* object() const noexcept {
     return variant_.vt == VT_DISPATCH ? variant_.pdispVal : nullptr;
   }
+  /// The object that it holds, which stays this value's; without one the scenario ends.
+  [[nodiscard]] IDispatch& needObject() const;
 
  private:
   explicit Value(VARENUM type) noexcept : Value() { variant_.vt = static_cast<VARTYPE>(type); }

@@ -9,11 +9,10 @@ const Scenario auditScenario(L"CZEQAudit", [] {
   const Object<_CZEQAudit> audit(L"CZEQAudit");
   const std::wstring log = scratchFolder() + L"\\debug.log";
   std::wstring status;
-  const Value label = new ClientObject([&](std::wstring_view, DISPPARAMS& arguments) {
+  const Value label = Value::owning(new ScriptObject([&](std::wstring_view, DISPPARAMS& arguments) {
     status = arguments.cArgs == 1 && arguments.rgvarg[0].vt == VT_BSTR ? arguments.rgvarg[0].bstrVal : L"";
     return Value();
-  });
-  label.object()->Release();
+  }));
   const Listener events(audit, DIID___CZEQAudit, true);
   CALL(audit, Create, log, L"Conformance", true, label);
   equal(L"the debug file is kept", GET(audit, DebugFile), log);
@@ -111,14 +110,6 @@ const Scenario counterScenario(L"CReferenceCounter", [] {
   equal(L"events were raised", events.count() > 0, true);
 });
 
-/// The same object behind another of its interfaces.
-Value asInterface(const Value& object, REFIID iid) {
-  Value other(static_cast<IDispatch*>(nullptr));
-  expectSuccess(object.object()->QueryInterface(iid, reinterpret_cast<void**>(&other.raw()->pdispVal)),
-                L"QueryInterface");
-  return other;
-}
-
 const Scenario helpScenario(L"CWinHelp", [] {
   const Object<_CWinHelp> help(L"CWinHelp");
   const std::wstring file = scratchFolder() + L"\\guide.txt";  // No viewer takes it, so nothing is shown.
@@ -156,38 +147,9 @@ const Scenario helpScenario(L"CWinHelp", [] {
 
 /// A page of a wizard. A late-bound client's is known by name only, an early-bound one's by its interface.
 #ifdef EARLY_BOUND
-class Page final : public IWizardStep {
+class Page final : public zeq::test::ClientObject<IWizardStep> {
  public:
   Page(WizardStepOutcome outcome, int& freed) : outcome_(outcome), freed_(freed) {}
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) noexcept override {
-    const bool known =
-        IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch) || IsEqualIID(iid, IID_IWizardStep);
-    *object = known ? this : nullptr;
-    if (known) {
-      AddRef();
-    }
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-  STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept override {
-    return DISP_E_UNKNOWNNAME;
-  }
-  STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return DISP_E_MEMBERNOTFOUND;
-  }
   STDMETHODIMP Free() noexcept override {
     ++freed_;
     return S_OK;
@@ -199,29 +161,22 @@ class Page final : public IWizardStep {
   }
 
  private:
-  ~Page() = default;
-
   WizardStepOutcome outcome_;
   int& freed_;
-  ULONG references_ = 1;
 };
 
 Value makePage(WizardStepOutcome outcome, int& freed) {
-  Value page(new Page(outcome, freed));
-  page.object()->Release();
-  return page;
+  return Value::owning(new Page(outcome, freed));
 }
 #else
 Value makePage(WizardStepOutcome outcome, int& freed) {
-  Value page = new ClientObject([outcome, &freed](std::wstring_view member, DISPPARAMS&) {
+  return Value::owning(new ScriptObject([outcome, &freed](std::wstring_view member, DISPPARAMS&) {
     if (member == L"Free") {
       ++freed;
       return Value();
     }
     return Value(static_cast<long>(outcome));
-  });
-  page.object()->Release();
-  return page;
+  }));
 }
 #endif
 
