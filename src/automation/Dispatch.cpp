@@ -9,6 +9,7 @@
 #include "automation/Errors.h"
 #include "automation/SlotCall.h"
 #include "automation/Text.h"
+#include "automation/TypeInfo.h"
 
 namespace zeq::automation {
 namespace {
@@ -38,36 +39,6 @@ bool sameName(std::wstring_view one, std::wstring_view other) noexcept {
                     [](wchar_t a, wchar_t b) { return foldAscii(a) == foldAscii(b); });
 }
 
-/// The attributes of a type description, for the time that they are needed.
-class TypeAttributes {
- public:
-  explicit TypeAttributes(ITypeInfo& info) : info_(info) { check(info.GetTypeAttr(&attributes_)); }
-  ~TypeAttributes() { info_.ReleaseTypeAttr(attributes_); }
-  TypeAttributes(const TypeAttributes&) = delete;
-  TypeAttributes& operator=(const TypeAttributes&) = delete;
-  const TYPEATTR* operator->() const noexcept { return attributes_; }
-
- private:
-  ITypeInfo& info_;
-  TYPEATTR* attributes_ = nullptr;
-};
-
-/// The description of one function, for the time that it is needed.
-class FunctionDescription {
- public:
-  FunctionDescription(ITypeInfo& info, UINT index) : info_(info) {
-    check(info.GetFuncDesc(index, &description_));
-  }
-  ~FunctionDescription() { info_.ReleaseFuncDesc(description_); }
-  FunctionDescription(const FunctionDescription&) = delete;
-  FunctionDescription& operator=(const FunctionDescription&) = delete;
-  const FUNCDESC& operator*() const noexcept { return *description_; }
-
- private:
-  ITypeInfo& info_;
-  FUNCDESC* description_ = nullptr;
-};
-
 /// The standard type of colours: an unsigned integer that automation passes as a signed one, because the
 /// system's own colours are negative there.
 constexpr GUID colourType{0x66504301, 0xBE0F, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
@@ -83,9 +54,8 @@ struct ResolvedType {
 ResolvedType resolve(ITypeInfo& info, const TYPEDESC& description);
 
 ResolvedType resolveNamed(ITypeInfo& info, HREFTYPE reference) {
-  ComPtr<ITypeInfo> named;
-  check(info.GetRefTypeInfo(reference, named.out()));
-  const TypeAttributes attributes(*named);
+  const auto named = referredBy(info, reference);
+  const auto attributes = attributesOf(*named);
   switch (attributes->typekind) {
     case TKIND_ALIAS:
       return IsEqualGUID(attributes->guid, colourType) ? ResolvedType{.type = VT_I4}
@@ -232,33 +202,14 @@ Parameter parameterOf(const PARAMDESC& description, const ResolvedType& type) {
   return parameter;
 }
 
-/// The name of a function and those of its parameters.
-std::vector<std::wstring> namesOf(ITypeInfo& info, const FUNCDESC& description) {
-  std::vector<BSTR> raw(static_cast<std::size_t>(description.cParams) + 1);
-  UINT count = 0;
-  check(info.GetNames(description.memid, raw.data(), static_cast<UINT>(raw.size()), &count));
-  std::vector<std::wstring> names;
-  for (UINT i = 0; i < count; ++i) {
-    Bstr name;
-    *name.out() = raw[i];
-    names.emplace_back(name.view());
-  }
-  return names;
-}
-
 }  // namespace
 
 DispatchTable::DispatchTable(const ComPtr<ITypeInfo>& dual) {
-  // The vtable side of a dual interface shows the slots and the results as they are.
-  ComPtr<ITypeInfo> info = dual;
-  HREFTYPE vtableSide = 0;
-  if (SUCCEEDED(dual->GetRefTypeOfImplType(static_cast<UINT>(-1), &vtableSide))) {
-    check(dual->GetRefTypeInfo(vtableSide, info.out()));
-  }
-  const UINT count = TypeAttributes(*info)->cFuncs;
+  const auto info = vtableSideOf(*dual);
+  const UINT count = attributesOf(*info)->cFuncs;
   functions_.reserve(count);
   for (UINT i = 0; i < count; ++i) {
-    addFunction(*info, *FunctionDescription(*info, i));
+    addFunction(*info, *functionAt(*info, i));
   }
   index();
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "automation/Errors.h"
+#include "automation/TypeInfo.h"
 
 // The linker's name for the start of the module's image.
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
@@ -39,8 +40,7 @@ ComPtr<ITypeLib> typeLibrary() {
   if (ITypeLib* library = loadedLibrary.load(std::memory_order_acquire)) {
     return ComPtr<ITypeLib>(library);
   }
-  ComPtr<ITypeLib> library;
-  check(LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.out()));
+  ComPtr<ITypeLib> library = loadTypeLibrary(modulePath());
   ITypeLib* none = nullptr;
   if (loadedLibrary.compare_exchange_strong(none, library.get())) {
     library->AddRef();

@@ -10,16 +10,17 @@
 #include "automation/ComPtr.h"
 #include "automation/Errors.h"
 #include "automation/Module.h"
-#include "automation/Text.h"
+#include "automation/TypeInfo.h"
 #include "library/class_table.h"
 #include "platform/Registry.h"
 
 namespace zeq::library {
 namespace {
 
-using automation::Bstr;
-using automation::check;
+using automation::attributesOf;
 using automation::ComPtr;
+using automation::Documentation;
+using automation::documentationOf;
 using platform::RegistryKey;
 using platform::RegistryValue;
 
@@ -58,54 +59,21 @@ std::wstring textOf(REFGUID guid) {
   return text;
 }
 
-struct Description {
-  std::wstring name;
-  std::wstring help;
-};
-
-/// The name and helpstring of a type library (MEMBERID_NIL) or of one of its types.
-template <class Info>
-Description describe(Info& info) {
-  Bstr name;
-  Bstr help;
-  check(info.GetDocumentation(-1, name.out(), help.out(), nullptr, nullptr));
-  return {std::wstring(name.view()), std::wstring(help.view())};
-}
-
-template <class Attributes>
-std::wstring versionOf(const Attributes& attributes) {
+std::wstring versionOf(const TLIBATTR& attributes) {
   return std::to_wstring(attributes.wMajorVerNum) + L"." + std::to_wstring(attributes.wMinorVerNum);
-}
-
-TLIBATTR attributesOf(ITypeLib& library) {
-  TLIBATTR* attributes = nullptr;
-  check(library.GetLibAttr(&attributes));
-  const TLIBATTR copy = *attributes;
-  library.ReleaseTLibAttr(attributes);
-  return copy;
-}
-
-TYPEATTR attributesOf(ITypeInfo& info) {
-  TYPEATTR* attributes = nullptr;
-  check(info.GetTypeAttr(&attributes));
-  const TYPEATTR copy = *attributes;
-  info.ReleaseTypeAttr(attributes);
-  return copy;
 }
 
 /// Builds the registration from the class table and the type library.
 class Registrar {
  public:
-  Registrar() : library_(automation::typeLibrary()), attributes_(attributesOf(*library_)) {
+  Registrar() : library_(automation::typeLibrary()), attributes_(*attributesOf(*library_)) {
     addLibrary();
     for (const ClassEntry& entry : classTable()) {
       addClass(entry.clsid);
     }
     const UINT count = library_->GetTypeInfoCount();
     for (UINT i = 0; i < count; ++i) {
-      ComPtr<ITypeInfo> info;
-      check(library_->GetTypeInfo(i, info.out()));
-      addInterface(*info);
+      addInterface(*automation::typeAt(*library_, i));
     }
   }
 
@@ -120,7 +88,7 @@ class Registrar {
     const std::wstring key = L"TypeLib\\" + libraryId_ + L"\\" + libraryVersion_;
     result_.sharedKeys.push_back(key);
     result_.ownKeys.push_back(key + L"\\0\\" + thisPlatform);
-    add(key, libraryDescription_.help);
+    add(key, documentation_.help);
     add(key + L"\\0\\" + thisPlatform, modulePath_);
     // That the library was loaded from a file is not a property of the library.
     add(key + L"\\FLAGS", std::to_wstring(attributes_.wLibFlags & ~LIBFLAG_FHASDISKIMAGE));
@@ -130,12 +98,12 @@ class Registrar {
 
   void addClass(REFCLSID clsid) {
     const ComPtr<ITypeInfo> info = automation::typeInfo(clsid);
-    const Description description = describe(*info);
-    const std::wstring progId = libraryDescription_.name + L"." + description.name;
+    const Documentation documentation = documentationOf(*info);
+    const std::wstring progId = documentation_.name + L"." + documentation.name;
     const std::wstring id = textOf(clsid);
     const std::wstring key = L"CLSID\\" + id;
     result_.ownKeys.push_back(key);
-    add(key, description.help);
+    add(key, documentation.help);
     add(key + L"\\InprocServer32", modulePath_);
     add(key + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
     add(key + L"\\ProgID", progId);
@@ -144,19 +112,19 @@ class Registrar {
     add(key + L"\\Programmable", L"");
 
     result_.sharedKeys.push_back(progId);
-    add(progId, description.help);
+    add(progId, documentation.help);
     add(progId + L"\\CLSID", id);
   }
 
   void addInterface(ITypeInfo& info) {
-    const TYPEATTR attributes = attributesOf(info);
-    if (attributes.typekind != TKIND_DISPATCH) {
+    const auto attributes = attributesOf(info);
+    if (attributes->typekind != TKIND_DISPATCH) {
       return;
     }
-    const std::wstring key = L"Interface\\" + textOf(attributes.guid);
-    const bool isDual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
+    const std::wstring key = L"Interface\\" + textOf(attributes->guid);
+    const bool isDual = (attributes->wTypeFlags & TYPEFLAG_FDUAL) != 0;
     result_.ownKeys.push_back(key);
-    add(key, describe(info).name);
+    add(key, documentationOf(info).name);
     add(key + L"\\ProxyStubClsid32", isDual ? dualMarshaller : dispatchMarshaller);
     add(key + L"\\TypeLib", libraryId_);
     add(key + L"\\TypeLib", libraryVersion_, L"Version");
@@ -166,7 +134,7 @@ class Registrar {
   TLIBATTR attributes_;
   std::wstring libraryId_ = textOf(attributes_.guid);
   std::wstring libraryVersion_ = versionOf(attributes_);
-  Description libraryDescription_ = describe(*library_);
+  Documentation documentation_ = documentationOf(*library_);
   std::wstring modulePath_ = automation::modulePath();
   Registration result_;
 };

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "automation/ProbeObject.h"
+#include "automation/TypeInfo.h"
 #include "support/ClientObject.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
@@ -328,10 +329,7 @@ TEST_F(EventsTest, ClassInformationNamesTheEvents) {
   EXPECT_EQ(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, nullptr), E_POINTER);
   ComPtr<ITypeInfo> type;
   EXPECT_EQ(info->GetClassInfo(type.out()), S_OK);
-  TYPEATTR* attributes = nullptr;
-  ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
-  EXPECT_TRUE(IsEqualGUID(attributes->guid, __uuidof(Probe)));
-  type->ReleaseTypeAttr(attributes);
+  EXPECT_TRUE(IsEqualGUID(automation::attributesOf(*type)->guid, __uuidof(Probe)));
 }
 
 TEST_F(EventsTest, NothingLeaks) {

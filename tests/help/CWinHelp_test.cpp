@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "automation/TypeInfo.h"
 #include "help/HelpViewers.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
@@ -520,10 +521,7 @@ TEST_F(CWinHelpTest, EachInterfaceAnswersWithItsOwnMembers) {
   EXPECT_EQ(errors->InterfaceSupportsErrorInfo(__uuidof(_CWizard)), S_FALSE);
   ComPtr<ITypeInfo> info;
   ASSERT_EQ(provider->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.out()), S_OK);
-  TYPEATTR* attributes = nullptr;
-  ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
-  EXPECT_EQ(attributes->guid, __uuidof(IHelpProvider));
-  info->ReleaseTypeAttr(attributes);
+  EXPECT_EQ(automation::attributesOf(*info)->guid, __uuidof(IHelpProvider));
 }
 
 // ---- by name

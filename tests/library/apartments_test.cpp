@@ -112,39 +112,19 @@ class ApartmentsTest : public testing::Test {
   Apartment there;
 };
 
-/// The identifiers from here on are those of IDispatch's own members.
-constexpr MEMBERID inherited = 0x60000000;
-
-/// The default interface of a class.
-ComPtr<ITypeInfo> defaultInterface(const LibraryType& coclass) {
-  ComPtr<ITypeInfo> info;
-  HREFTYPE reference = 0;
-  automation::check(coclass.info->GetRefTypeOfImplType(0, &reference));
-  automation::check(coclass.info->GetRefTypeInfo(reference, info.out()));
-  return info;
-}
-
 TEST_F(ApartmentsTest, ReachEveryClassThroughItsInterfaceAndByName) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     SCOPED_TRACE(narrow(type.name));
-    const LibraryType description = describeType(defaultInterface(type));
+    const LibraryType description = implementedBy(type).front().type;
     const auto proxy = createThere(type.guid, description.guid);
     const auto dispatch = proxy.query<IDispatch>(IID_IDispatch);
     ASSERT_TRUE(dispatch);
-    for (UINT i = 0; i < description.functions; ++i) {
-      FUNCDESC* function = nullptr;
-      ASSERT_EQ(description.info->GetFuncDesc(i, &function), S_OK);
-      const MEMBERID member = function->memid;
-      description.info->ReleaseFuncDesc(function);
-      if (member >= inherited) {
-        continue;
-      }
-      Bstr name;
-      ASSERT_EQ(description.info->GetDocumentation(member, name.out(), nullptr, nullptr, nullptr), S_OK);
+    for (const LibraryMember& member : membersOf(description)) {
+      Bstr name(member.name);
       wchar_t* names = name.get();
       DISPID id = DISPID_UNKNOWN;
       EXPECT_EQ(dispatch->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id), S_OK);
-      EXPECT_EQ(id, member);
+      EXPECT_EQ(id, member.id);
     }
   }
 }

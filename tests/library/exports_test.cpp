@@ -53,15 +53,9 @@ ComPtr<IDispatch> createObject(REFCLSID clsid) {
 }
 
 bool isEventSource(const LibraryType& coclass, GUID& events) {
-  for (UINT i = 0; i < coclass.implemented; ++i) {
-    int flags = 0;
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> info;
-    automation::check(coclass.info->GetImplTypeFlags(i, &flags));
-    automation::check(coclass.info->GetRefTypeOfImplType(i, &reference));
-    automation::check(coclass.info->GetRefTypeInfo(reference, info.out()));
-    if ((flags & IMPLTYPEFLAG_FSOURCE) != 0) {
-      events = describeType(info).guid;
+  for (const Implemented& implemented : implementedBy(coclass)) {
+    if ((implemented.flags & IMPLTYPEFLAG_FSOURCE) != 0) {
+      events = implemented.type.guid;
       return true;
     }
   }

@@ -28,26 +28,6 @@ std::string narrow(std::wstring_view text) {
 
 constexpr WORD applicationObject = TYPEFLAG_FAPPOBJECT | TYPEFLAG_FPREDECLID;
 
-/// What a coclass implements.
-struct Implemented {
-  LibraryType type;
-  int flags;  ///< IMPLTYPEFLAG_…
-};
-
-std::vector<Implemented> implementedBy(const LibraryType& coclass) {
-  std::vector<Implemented> result;
-  for (UINT i = 0; i < coclass.implemented; ++i) {
-    HREFTYPE reference = 0;
-    ComPtr<ITypeInfo> info;
-    int flags = 0;
-    automation::check(coclass.info->GetRefTypeOfImplType(i, &reference));
-    automation::check(coclass.info->GetRefTypeInfo(reference, info.out()));
-    automation::check(coclass.info->GetImplTypeFlags(i, &flags));
-    result.push_back({describeType(info), flags});
-  }
-  return result;
-}
-
 using Surface = std::map<std::string, std::set<std::string>>;
 
 /// The types of public_surface.txt, which stands beside the test program, with their members.

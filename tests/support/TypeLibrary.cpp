@@ -1,11 +1,11 @@
 #include "support/TypeLibrary.h"
 
-#include <array>
-#include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "automation/Errors.h"
 #include "automation/Text.h"
+#include "automation/TypeInfo.h"
 #include "automation/Variant.h"
 #include "support/Component.h"
 
@@ -59,9 +59,7 @@ TypeText typeText(ITypeInfo& info, const TYPEDESC& type) {
   if (type.vt == VT_PTR) {
     const TYPEDESC& target = *type.lptdesc;
     if (target.vt == VT_USERDEFINED) {
-      ComPtr<ITypeInfo> named;
-      check(info.GetRefTypeInfo(target.hreftype, named.out()));
-      const LibraryType described = describeType(named);
+      const LibraryType described = describeType(automation::referredBy(info, target.hreftype));
       // An object is a pointer already.
       return {userTypeText(described), described.kind != TKIND_DISPATCH && described.kind != TKIND_INTERFACE};
     }
@@ -70,9 +68,7 @@ TypeText typeText(ITypeInfo& info, const TYPEDESC& type) {
     return inner;
   }
   if (type.vt == VT_USERDEFINED) {
-    ComPtr<ITypeInfo> named;
-    check(info.GetRefTypeInfo(type.hreftype, named.out()));
-    return {userTypeText(describeType(named))};
+    return {userTypeText(describeType(automation::referredBy(info, type.hreftype)))};
   }
   return {simpleTypeText(type.vt)};
 }
@@ -122,12 +118,8 @@ std::wstring kindText(const FUNCDESC& function) {
 }
 
 LibraryMember describeMember(ITypeInfo& info, const FUNCDESC& function) {
-  Bstr name;
-  Bstr help;
-  check(info.GetDocumentation(function.memid, name.out(), help.out(), nullptr, nullptr));
-  std::array<BSTR, 32> names{};
-  UINT count = 0;
-  check(info.GetNames(function.memid, names.data(), static_cast<UINT>(names.size()), &count));
+  auto [name, help] = automation::documentationOf(info, function.memid);
+  const std::vector<std::wstring> names = automation::namesOf(info, function);
 
   const bool isPut = (function.invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
   const auto parameters = static_cast<UINT>(isPut ? function.cParams - 1 : function.cParams);
@@ -137,9 +129,9 @@ LibraryMember describeMember(ITypeInfo& info, const FUNCDESC& function) {
   } else if (function.memid == DISPID_NEWENUM) {
     text += L"enumerator ";
   }
-  text.append(kindText(function)).append(name.view());
+  text.append(kindText(function)).append(name);
   for (UINT i = 0; i < parameters; ++i) {
-    const std::wstring_view parameter = i + 1 < count ? automation::text(names[i + 1]) : L"?";
+    const std::wstring_view parameter = i + 1 < names.size() ? std::wstring_view(names[i + 1]) : L"?";
     text.append(i == 0 ? L"(" : L", ").append(parameterText(info, parameter, function.lprgelemdescParam[i]));
   }
   text += parameters > 0 ? L")" : L"";
@@ -148,10 +140,12 @@ LibraryMember describeMember(ITypeInfo& info, const FUNCDESC& function) {
     const TypeText type = typeText(info, result.tdesc);
     text.append(isPut && type.byReference ? L" As ByRef const " : L" As ").append(type.text);
   }
-  for (UINT i = 0; i < count; ++i) {
-    SysFreeString(names[i]);
-  }
-  return {text, std::wstring(name.view()), std::wstring(help.view())};
+  return {std::move(text),
+          std::move(name),
+          std::move(help),
+          function.memid,
+          static_cast<WORD>(function.invkind),
+          static_cast<std::size_t>(function.cParams)};
 }
 
 }  // namespace
@@ -159,37 +153,28 @@ LibraryMember describeMember(ITypeInfo& info, const FUNCDESC& function) {
 ComPtr<ITypeLib> builtTypeLibrary() {
   std::wstring path(MAX_PATH, L'\0');
   path.resize(GetModuleFileNameW(component(), path.data(), static_cast<DWORD>(path.size())));
-  ComPtr<ITypeLib> library;
-  check(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.out()));
-  return library;
+  return automation::loadTypeLibrary(path);
 }
 
 LibraryType describeType(const ComPtr<ITypeInfo>& info) {
-  Bstr name;
-  Bstr help;
-  check(info->GetDocumentation(MEMBERID_NIL, name.out(), help.out(), nullptr, nullptr));
-  TYPEATTR* attributes = nullptr;
-  check(info->GetTypeAttr(&attributes));
-  LibraryType type{info,
-                   std::wstring(name.view()),
-                   std::wstring(help.view()),
-                   attributes->guid,
-                   attributes->typekind,
-                   attributes->wTypeFlags,
-                   attributes->cFuncs,
-                   attributes->cVars,
-                   attributes->cImplTypes};
-  info->ReleaseTypeAttr(attributes);
-  return type;
+  auto [name, help] = automation::documentationOf(*info);
+  const auto attributes = automation::attributesOf(*info);
+  return {info,
+          std::move(name),
+          std::move(help),
+          attributes->guid,
+          attributes->typekind,
+          attributes->wTypeFlags,
+          attributes->cFuncs,
+          attributes->cVars,
+          attributes->cImplTypes};
 }
 
 std::vector<LibraryType> libraryTypes(TYPEKIND kind) {
   const auto library = builtTypeLibrary();
   std::vector<LibraryType> types;
   for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
-    ComPtr<ITypeInfo> info;
-    check(library->GetTypeInfo(i, info.out()));
-    LibraryType type = describeType(info);
+    LibraryType type = describeType(automation::typeAt(*library, i));
     if (type.kind == kind) {
       types.push_back(std::move(type));
     }
@@ -197,15 +182,23 @@ std::vector<LibraryType> libraryTypes(TYPEKIND kind) {
   return types;
 }
 
+std::vector<Implemented> implementedBy(const LibraryType& coclass) {
+  std::vector<Implemented> result;
+  for (UINT i = 0; i < coclass.implemented; ++i) {
+    int flags = 0;
+    check(coclass.info->GetImplTypeFlags(i, &flags));
+    result.push_back({describeType(automation::implementedAt(*coclass.info, i)), flags});
+  }
+  return result;
+}
+
 std::vector<LibraryMember> membersOf(const LibraryType& type) {
   std::vector<LibraryMember> members;
   for (UINT i = 0; i < type.functions; ++i) {
-    FUNCDESC* function = nullptr;
-    check(type.info->GetFuncDesc(i, &function));
+    const auto function = automation::functionAt(*type.info, i);
     if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0) {
       members.push_back(describeMember(*type.info, *function));
     }
-    type.info->ReleaseFuncDesc(function);
   }
   return members;
 }
@@ -213,12 +206,9 @@ std::vector<LibraryMember> membersOf(const LibraryType& type) {
 std::vector<std::wstring> enumeratorsOf(const LibraryType& type) {
   std::vector<std::wstring> members;
   for (UINT i = 0; i < type.variables; ++i) {
-    VARDESC* variable = nullptr;
-    check(type.info->GetVarDesc(i, &variable));
-    Bstr name;
-    check(type.info->GetDocumentation(variable->memid, name.out(), nullptr, nullptr, nullptr));
-    members.push_back(std::wstring(name.view()) + L" = " + valueText(*variable->lpvarValue));
-    type.info->ReleaseVarDesc(variable);
+    const auto variable = automation::variableAt(*type.info, i);
+    const std::wstring name = automation::documentationOf(*type.info, variable->memid).name;
+    members.push_back(name + L" = " + valueText(*variable->lpvarValue));
   }
   return members;
 }

@@ -31,6 +31,15 @@ struct LibraryMember {
   std::wstring text;
   std::wstring name;
   std::wstring help;
+  MEMBERID id;
+  WORD kind;  ///< One of INVOKE_FUNC, _PROPERTYGET, _PROPERTYPUT, _PROPERTYPUTREF.
+  std::size_t parameters;
+};
+
+/// What a class implements.
+struct Implemented {
+  LibraryType type;
+  int flags;  ///< IMPLTYPEFLAG_…
 };
 
 /// The type library that the component's DLL carries.
@@ -40,6 +49,9 @@ struct LibraryMember {
 [[nodiscard]] std::vector<LibraryType> libraryTypes(TYPEKIND kind);
 
 [[nodiscard]] LibraryType describeType(const automation::ComPtr<ITypeInfo>& info);
+
+/// The interfaces of a class, its events among them.
+[[nodiscard]] std::vector<Implemented> implementedBy(const LibraryType& coclass);
 
 /// The members of an interface or dispinterface, without those of IDispatch.
 [[nodiscard]] std::vector<LibraryMember> membersOf(const LibraryType& type);

@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <utility>
 
+#include "automation/TypeInfo.h"
 #include "torture/Report.h"
 
 namespace zeq::torture {
@@ -79,12 +80,6 @@ std::string narrow(const std::wstring& name) {
   return {name.begin(), name.end()};
 }
 
-std::wstring nameOf(ITypeInfo& info, MEMBERID member) {
-  test::Bstr name;
-  check(info.GetDocumentation(member, name.out(), nullptr, nullptr, nullptr));
-  return std::wstring(name.view());
-}
-
 }  // namespace
 
 World::World(Random& random)
@@ -107,54 +102,22 @@ World::~World() {
 }
 
 void World::readClasses() {
-  ComPtr<ITypeLib> library;
-  wchar_t path[MAX_PATH];
-  GetModuleFileNameW(test::component(), path, MAX_PATH);
-  check(LoadTypeLibEx(path, REGKIND_NONE, library.out()));
-  for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
-    ComPtr<ITypeInfo> info;
-    check(library->GetTypeInfo(i, info.out()));
-    TYPEATTR* attributes = nullptr;
-    check(info->GetTypeAttr(&attributes));
-    const bool creatable =
-        attributes->typekind == TKIND_COCLASS && (attributes->wTypeFlags & TYPEFLAG_FCANCREATE) != 0;
-    Class type{.name = nameOf(*info, MEMBERID_NIL),
-               .clsid = attributes->guid,
-               .hasEvents = false,
-               .events = {},
-               .members = {}};
-    const UINT implemented = attributes->cImplTypes;
-    info->ReleaseTypeAttr(attributes);
-    if (!creatable) {
+  for (const test::LibraryType& type : test::libraryTypes(TKIND_COCLASS)) {
+    if ((type.flags & TYPEFLAG_FCANCREATE) == 0) {
       continue;
     }
-    for (UINT j = 0; j < implemented; ++j) {
-      HREFTYPE reference = 0;
-      INT flags = 0;
-      ComPtr<ITypeInfo> interfaceInfo;
-      check(info->GetRefTypeOfImplType(j, &reference));
-      check(info->GetImplTypeFlags(j, &flags));
-      check(info->GetRefTypeInfo(reference, interfaceInfo.out()));
-      TYPEATTR* description = nullptr;
-      check(interfaceInfo->GetTypeAttr(&description));
-      if ((flags & IMPLTYPEFLAG_FSOURCE) != 0) {
-        type.hasEvents = true;
-        type.events = description->guid;
-      } else if ((flags & IMPLTYPEFLAG_FDEFAULT) != 0) {
-        for (UINT k = 0; k < description->cFuncs; ++k) {
-          FUNCDESC* function = nullptr;
-          check(interfaceInfo->GetFuncDesc(k, &function));
-          Member member{nameOf(*interfaceInfo, function->memid), function->memid,
-                        static_cast<WORD>(function->invkind), static_cast<std::size_t>(function->cParams)};
-          interfaceInfo->ReleaseFuncDesc(function);
-          if (member.id < 0x60000000 && !isLeftOut(type.name, member.name)) {
-            type.members.push_back(std::move(member));
-          }
-        }
+    Class read{.name = type.name, .clsid = type.guid, .hasEvents = false, .events = {}, .members = {}};
+    for (const test::Implemented& implemented : test::implementedBy(type)) {
+      if ((implemented.flags & IMPLTYPEFLAG_FSOURCE) != 0) {
+        read.hasEvents = true;
+        read.events = implemented.type.guid;
+      } else if ((implemented.flags & IMPLTYPEFLAG_FDEFAULT) != 0) {
+        read.members = test::membersOf(implemented.type);
+        std::erase_if(read.members,
+                      [&](const test::LibraryMember& member) { return isLeftOut(type.name, member.name); });
       }
-      interfaceInfo->ReleaseTypeAttr(description);
     }
-    classes_.push_back(std::move(type));
+    classes_.push_back(std::move(read));
   }
 }
 
@@ -217,7 +180,7 @@ void World::callRandomMember() {
   call(*target.type, target.object, random_.pick(target.type->members));
 }
 
-void World::call(const Class& type, const ComPtr<IDispatch>& object, const Member& member) {
+void World::call(const Class& type, const ComPtr<IDispatch>& object, const test::LibraryMember& member) {
   ++calls_;
   Arguments arguments(random_, keepsItsArgument(type.name, member.name) ? strangers_ : objectSource_);
   std::size_t count = member.parameters;
@@ -227,7 +190,7 @@ void World::call(const Class& type, const ComPtr<IDispatch>& object, const Membe
   for (std::size_t i = 0; i < count; ++i) {
     arguments.add();
   }
-  WORD flags = member.flags;
+  WORD flags = member.kind;
   if (random_.chance(5)) {
     flags = static_cast<WORD>(random_.below(16));
   }
@@ -288,7 +251,7 @@ const World::Class* World::classOf(IDispatch* object) const {
   if (!provider || FAILED(provider->GetClassInfo(info.out()))) {
     return nullptr;
   }
-  const std::wstring name = nameOf(*info, MEMBERID_NIL);
+  const std::wstring name = automation::documentationOf(*info).name;
   const auto found =
       std::find_if(classes_.begin(), classes_.end(), [&](const Class& each) { return each.name == name; });
   return found != classes_.end() ? &*found : nullptr;

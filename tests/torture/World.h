@@ -10,6 +10,7 @@
 
 #include "automation/ComPtr.h"
 #include "support/Component.h"
+#include "support/TypeLibrary.h"
 #include "torture/Arguments.h"
 #include "torture/Models.h"
 #include "torture/Random.h"
@@ -33,18 +34,12 @@ class World {
   [[nodiscard]] long long modelSteps() const noexcept { return modelSteps_; }
 
  private:
-  struct Member {
-    std::wstring name;
-    DISPID id;
-    WORD flags;
-    std::size_t parameters;
-  };
   struct Class {
     std::wstring name;
     CLSID clsid;
     bool hasEvents;
     IID events;
-    std::vector<Member> members;
+    std::vector<test::LibraryMember> members;
   };
   struct Live {
     const Class* type;
@@ -56,7 +51,8 @@ class World {
   void forget();
   void connect();
   void callRandomMember();
-  void call(const Class& type, const automation::ComPtr<IDispatch>& object, const Member& member);
+  void call(const Class& type, const automation::ComPtr<IDispatch>& object,
+            const test::LibraryMember& member);
   void keep(IDispatch* object);
   void enumerate();
   void playModel();

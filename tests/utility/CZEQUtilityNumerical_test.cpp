@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "automation/TypeInfo.h"
 #include "support/Component.h"
 #include "utility/Values.h"
 
@@ -93,31 +94,21 @@ TEST_F(CZEQUtilityNumericalTest, TakesColoursOfTheSystem) {
 TEST_F(CZEQUtilityNumericalTest, DescribesColoursAsTheStandardType) {
   ComPtr<ITypeInfo> dual;
   ASSERT_EQ(numbers->GetTypeInfo(0, LOCALE_USER_DEFAULT, dual.out()), S_OK);
-  HREFTYPE vtableSide = 0;
-  ASSERT_EQ(dual->GetRefTypeOfImplType(static_cast<UINT>(-1), &vtableSide), S_OK);
-  ComPtr<ITypeInfo> info;
-  ASSERT_EQ(dual->GetRefTypeInfo(vtableSide, info.out()), S_OK);
+  const auto info = automation::vtableSideOf(*dual);
   auto* name = const_cast<wchar_t*>(L"Color_CompressRange");
   MEMBERID id = 0;
   ASSERT_EQ(info->GetIDsOfNames(&name, 1, &id), S_OK);
   UINT index = 0;
   const auto info2 = info.query<ITypeInfo2>(IID_ITypeInfo2);
   ASSERT_EQ(info2->GetFuncIndexOfMemId(id, INVOKE_FUNC, &index), S_OK);
-  FUNCDESC* description = nullptr;
-  ASSERT_EQ(info->GetFuncDesc(index, &description), S_OK);
+  const auto description = automation::functionAt(*info, index);
   const TYPEDESC& colour = description->lprgelemdescParam[0].tdesc;
-  EXPECT_EQ(colour.vt, VT_USERDEFINED);
-  ComPtr<ITypeInfo> alias;
-  EXPECT_EQ(info->GetRefTypeInfo(colour.hreftype, alias.out()), S_OK);
-  info->ReleaseFuncDesc(description);
-  Bstr aliasName;
-  EXPECT_EQ(alias->GetDocumentation(MEMBERID_NIL, aliasName.out(), nullptr, nullptr, nullptr), S_OK);
-  EXPECT_EQ(aliasName.view(), L"OLE_COLOR");
-  TYPEATTR* attributes = nullptr;
-  ASSERT_EQ(alias->GetTypeAttr(&attributes), S_OK);
+  ASSERT_EQ(colour.vt, VT_USERDEFINED);
+  const auto alias = automation::referredBy(*info, colour.hreftype);
+  EXPECT_EQ(automation::documentationOf(*alias).name, L"OLE_COLOR");
+  const auto attributes = automation::attributesOf(*alias);
   EXPECT_EQ(attributes->typekind, TKIND_ALIAS);
   EXPECT_EQ(attributes->tdescAlias.vt, VT_UI4);
-  alias->ReleaseTypeAttr(attributes);
 }
 
 }  // namespace

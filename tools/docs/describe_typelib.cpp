@@ -10,9 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "automation/ComPtr.h"
 #include "automation/Errors.h"
-#include "automation/Text.h"
+#include "automation/TypeInfo.h"
 #include "automation/Variant.h"
 
 namespace {
@@ -88,19 +87,6 @@ class Json {
   bool fresh_ = true;
 };
 
-struct Documentation {
-  std::wstring name;
-  std::wstring help;
-};
-
-template <class Described>
-Documentation documentationOf(Described& described, MEMBERID member) {
-  Bstr name;
-  Bstr help;
-  check(described.GetDocumentation(member, name.out(), help.out(), nullptr, nullptr));
-  return {std::wstring(name.view()), std::wstring(help.view())};
-}
-
 const wchar_t* simpleTypeName(VARTYPE type) {
   switch (type) {
     case VT_I2:
@@ -141,15 +127,12 @@ std::wstring typeName(ITypeInfo& info, const TYPEDESC& type, int& depth) {
   if (type.vt != VT_USERDEFINED) {
     return simpleTypeName(type.vt);
   }
-  ComPtr<ITypeInfo> named;
-  check(info.GetRefTypeInfo(type.hreftype, named.out()));
-  TYPEATTR* attributes = nullptr;
-  check(named->GetTypeAttr(&attributes));
-  if (attributes->typekind == TKIND_INTERFACE || attributes->typekind == TKIND_DISPATCH) {
+  const auto named = referredBy(info, type.hreftype);
+  const TYPEKIND kind = attributesOf(*named)->typekind;
+  if (kind == TKIND_INTERFACE || kind == TKIND_DISPATCH) {
     --depth;  // An object is a pointer already.
   }
-  named->ReleaseTypeAttr(attributes);
-  std::wstring name = documentationOf(*named, MEMBERID_NIL).name;
+  std::wstring name = documentationOf(*named).name;
   if (name == L"IDispatch") {
     return L"Object";
   }
@@ -177,15 +160,7 @@ void writeParameter(Json& json, ITypeInfo& info, const ELEMDESC& element, std::w
 
 void writeFunction(Json& json, ITypeInfo& info, const FUNCDESC& function) {
   const auto [name, help] = documentationOf(info, function.memid);
-  std::vector<BSTR> raw(static_cast<std::size_t>(function.cParams) + 1);
-  UINT count = 0;
-  check(info.GetNames(function.memid, raw.data(), static_cast<UINT>(raw.size()), &count));
-  std::vector<std::wstring> names;
-  for (UINT i = 0; i < count; ++i) {
-    Bstr one;
-    *one.out() = raw[i];
-    names.emplace_back(one.view());
-  }
+  const std::vector<std::wstring> names = namesOf(info, function);
   const wchar_t* kind = L"method";
   if (function.invkind == INVOKE_PROPERTYGET) {
     kind = L"get";
@@ -211,22 +186,11 @@ void writeFunction(Json& json, ITypeInfo& info, const FUNCDESC& function) {
 }
 
 void writeMembers(Json& json, ITypeInfo& described) {
-  // The vtable side of a dual interface shows the results as they are.
-  ComPtr<ITypeInfo> info(&described);
-  HREFTYPE vtableSide = 0;
-  if (SUCCEEDED(described.GetRefTypeOfImplType(static_cast<UINT>(-1), &vtableSide))) {
-    check(described.GetRefTypeInfo(vtableSide, info.out()));
-  }
-  TYPEATTR* attributes = nullptr;
-  check(info->GetTypeAttr(&attributes));
-  const UINT count = attributes->cFuncs;
-  info->ReleaseTypeAttr(attributes);
+  const auto info = vtableSideOf(described);
+  const UINT count = attributesOf(*info)->cFuncs;
   json.key("members").open('[');
   for (UINT i = 0; i < count; ++i) {
-    FUNCDESC* function = nullptr;
-    check(info->GetFuncDesc(i, &function));
-    writeFunction(json, *info, *function);
-    info->ReleaseFuncDesc(function);
+    writeFunction(json, *info, *functionAt(*info, i));
   }
   json.close(']');
 }
@@ -234,11 +198,9 @@ void writeMembers(Json& json, ITypeInfo& described) {
 void writeEnumeration(Json& json, ITypeInfo& info, UINT count) {
   json.key("values").open('[');
   for (UINT i = 0; i < count; ++i) {
-    VARDESC* variable = nullptr;
-    check(info.GetVarDesc(i, &variable));
+    const auto variable = variableAt(info, i);
     json.open('{').key("name").value(documentationOf(info, variable->memid).name);
     json.key("value").value(variable->lpvarValue->lVal).close('}');
-    info.ReleaseVarDesc(variable);
   }
   json.close(']');
 }
@@ -246,13 +208,9 @@ void writeEnumeration(Json& json, ITypeInfo& info, UINT count) {
 void writeImplemented(Json& json, ITypeInfo& info, UINT count) {
   json.key("implements").open('[');
   for (UINT i = 0; i < count; ++i) {
-    HREFTYPE reference = 0;
     INT flags = 0;
-    ComPtr<ITypeInfo> implemented;
-    check(info.GetRefTypeOfImplType(i, &reference));
     check(info.GetImplTypeFlags(i, &flags));
-    check(info.GetRefTypeInfo(reference, implemented.out()));
-    json.open('{').key("name").value(documentationOf(*implemented, MEMBERID_NIL).name);
+    json.open('{').key("name").value(documentationOf(*implementedAt(info, i)).name);
     json.key("source").value((flags & IMPLTYPEFLAG_FSOURCE) != 0);
     json.key("default").value((flags & IMPLTYPEFLAG_FDEFAULT) != 0).close('}');
   }
@@ -260,9 +218,8 @@ void writeImplemented(Json& json, ITypeInfo& info, UINT count) {
 }
 
 void writeType(Json& json, ITypeInfo& info) {
-  const auto [name, help] = documentationOf(info, MEMBERID_NIL);
-  TYPEATTR* attributes = nullptr;
-  check(info.GetTypeAttr(&attributes));
+  const auto [name, help] = documentationOf(info);
+  const auto attributes = attributesOf(info);
   json.open('{').key("name").value(name).key("help").value(help);
   json.key("flags").value(static_cast<long>(attributes->wTypeFlags));
   switch (attributes->typekind) {
@@ -282,17 +239,14 @@ void writeType(Json& json, ITypeInfo& info) {
       writeMembers(json, info);
       break;
   }
-  info.ReleaseTypeAttr(attributes);
   json.close('}');
 }
 
 void writeLibrary(Json& json, ITypeLib& library) {
-  const auto [name, help] = documentationOf(library, MEMBERID_NIL);
+  const auto [name, help] = documentationOf(library);
   json.open('{').key("name").value(name).key("help").value(help).key("types").open('[');
   for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
-    ComPtr<ITypeInfo> info;
-    check(library.GetTypeInfo(i, info.out()));
-    writeType(json, *info);
+    writeType(json, *typeAt(library, i));
   }
   json.close(']').close('}');
 }
@@ -305,10 +259,8 @@ int wmain(int argc, wchar_t** argv) {
     return 2;
   }
   try {
-    ComPtr<ITypeLib> library;
-    check(LoadTypeLibEx(argv[1], REGKIND_NONE, library.out()));
     Json json;
-    writeLibrary(json, *library);
+    writeLibrary(json, *loadTypeLibrary(argv[1]));
     std::puts(json.text().c_str());
     return 0;
   } catch (const Error& error) {
