@@ -163,6 +163,74 @@ void fillException(HRESULT code, EXCEPINFO* exception) noexcept {
   }
 }
 
+/// One call of a function by a client's list of arguments.
+class Call {
+ public:
+  Call(const DispatchTable::Function& function, const DISPPARAMS& passed, LCID locale,
+       UINT* argumentError) noexcept
+      : function_(function), passed_(passed), locale_(locale), argumentError_(argumentError) {}
+
+  /// Makes the arguments ready to be passed.
+  HRESULT prepare(bool isPut) noexcept {
+    HRESULT outcome = assignArguments(function_, passed_, isPut, given_, argumentError_);
+    if (FAILED(outcome)) {
+      return outcome;
+    }
+    for (std::size_t i = 0; i < function_.parameters.size(); ++i) {
+      outcome = prepared_[i].prepare(function_.parameters[i], given_[i], locale_);
+      if (FAILED(outcome)) {
+        blame(i);
+        return outcome;
+      }
+      prepared_[i].push(words_);
+    }
+    return S_OK;
+  }
+
+  /// Calls the function and hands what it wrote back to the client's variables. `returned` gets the result;
+  /// it holds nothing before, and nothing after a failure.
+  HRESULT run(void* object, VARIANT& returned, EXCEPINFO* exception) noexcept {
+    const bool returnsVariant = function_.resultType == VT_VARIANT;
+    if (function_.hasResult) {
+      words_.pushPointer(returnsVariant ? static_cast<void*>(&returned) : &returned.byref);
+    }
+    const HRESULT outcome = words_.call(object, function_.slot);
+    if (function_.hasResult && !returnsVariant) {
+      returned.vt = function_.resultType;
+    }
+    for (std::size_t i = 0; i < function_.parameters.size(); ++i) {
+      const HRESULT written = prepared_[i].writeBack(locale_);
+      if (FAILED(written) && SUCCEEDED(outcome)) {
+        blame(i);
+        VariantClear(&returned);
+        return written;
+      }
+    }
+    if (FAILED(outcome)) {
+      VariantClear(&returned);
+      fillException(outcome, exception);
+      return DISP_E_EXCEPTION;
+    }
+    return S_OK;
+  }
+
+ private:
+  /// Tells the client which of its arguments is at fault.
+  void blame(std::size_t parameter) noexcept {
+    if (argumentError_ != nullptr && given_[parameter] != nullptr) {
+      *argumentError_ = static_cast<UINT>(given_[parameter] - passed_.rgvarg);
+    }
+  }
+
+  const DispatchTable::Function& function_;
+  const DISPPARAMS& passed_;
+  LCID locale_;
+  UINT* argumentError_;
+  std::array<VARIANT*, maxParameters> given_{};
+  std::array<Argument, maxParameters> prepared_;
+  SlotArguments words_;
+};
+
 /// `object.Property(arguments)` where the property itself takes none: the arguments go to the default member
 /// of the object that the property returns.
 HRESULT invokeDefaultOf(VARIANT& holder, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
@@ -373,51 +441,14 @@ HRESULT DispatchTable::invoke(void* object, DISPID id, REFIID reserved, LCID loc
   DISPPARAMS none{};
   const bool forDefaultMember = !isPut && arguments->cArgs > 0 && function->parameters.empty() &&
                                 function->kind == DISPATCH_PROPERTYGET && isObjectType(function->resultType);
-  const DISPPARAMS& passed = forDefaultMember ? none : *arguments;
-
-  std::array<VARIANT*, maxParameters> given{};
-  HRESULT outcome = assignArguments(*function, passed, isPut, given, argumentError);
+  Call call(*function, forDefaultMember ? none : *arguments, locale, argumentError);
+  VARIANT returned{};
+  HRESULT outcome = call.prepare(isPut);
+  if (SUCCEEDED(outcome)) {
+    outcome = call.run(object, returned, exception);
+  }
   if (FAILED(outcome)) {
     return outcome;
-  }
-
-  const std::size_t count = function->parameters.size();
-  Argument prepared[maxParameters];
-  SlotArguments words;
-  for (std::size_t i = 0; i < count; ++i) {
-    outcome = prepared[i].prepare(function->parameters[i], given[i], locale);
-    if (FAILED(outcome)) {
-      if (argumentError != nullptr && given[i] != nullptr) {
-        *argumentError = static_cast<UINT>(given[i] - passed.rgvarg);
-      }
-      return outcome;
-    }
-    prepared[i].push(words);
-  }
-
-  VARIANT returned{};
-  const bool returnsVariant = function->resultType == VT_VARIANT;
-  if (function->hasResult) {
-    words.pushPointer(returnsVariant ? static_cast<void*>(&returned) : &returned.byref);
-  }
-  outcome = words.call(object, function->slot);
-  if (function->hasResult && !returnsVariant) {
-    returned.vt = function->resultType;
-  }
-  for (std::size_t i = 0; i < count; ++i) {
-    const HRESULT written = prepared[i].writeBack(locale);
-    if (FAILED(written) && SUCCEEDED(outcome)) {
-      if (argumentError != nullptr) {
-        *argumentError = static_cast<UINT>(given[i] - passed.rgvarg);
-      }
-      VariantClear(&returned);
-      return written;
-    }
-  }
-  if (FAILED(outcome)) {
-    VariantClear(&returned);
-    fillException(outcome, exception);
-    return DISP_E_EXCEPTION;
   }
   if (forDefaultMember) {
     outcome = invokeDefaultOf(returned, locale, flags, arguments, result, exception, argumentError);
