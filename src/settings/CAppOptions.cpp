@@ -85,51 +85,42 @@ STDMETHODIMP CAppOptions::ReadSetting(BSTR grpKey, BSTR KeyA, VARIANT defaultA, 
   });
 }
 
-STDMETHODIMP CAppOptions::ReadSettingString(BSTR grpKey, BSTR KeyA, VARIANT defaultA, BSTR* result) noexcept {
+template <VARTYPE type, class Result>
+HRESULT CAppOptions::readAs(BSTR group, BSTR key, const VARIANT& fallback, Result* result) noexcept {
   return quietly(result, [&] {
     const auto alive = keepAlive();
-    return typedValue<VT_BSTR>(read(grpKey, KeyA, defaultA).get(), defaultA);
+    return typedValue<type>(read(group, key, fallback).get(), fallback);
   });
+}
+
+STDMETHODIMP CAppOptions::ReadSettingString(BSTR grpKey, BSTR KeyA, VARIANT defaultA, BSTR* result) noexcept {
+  return readAs<VT_BSTR>(grpKey, KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppOptions::ReadSettingBoolean(BSTR grpKey, BSTR KeyA, VARIANT defaultA,
                                              VARIANT_BOOL* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_BOOL>(read(grpKey, KeyA, defaultA).get(), defaultA);
-  });
+  return readAs<VT_BOOL>(grpKey, KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppOptions::ReadSettingInteger(BSTR grpKey, BSTR KeyA, VARIANT defaultA,
                                              short* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_I2>(read(grpKey, KeyA, defaultA).get(), defaultA);
-  });
+  return readAs<VT_I2>(grpKey, KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppOptions::ReadSettingLong(BSTR grpKey, BSTR KeyA, VARIANT defaultA, long* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_I4>(read(grpKey, KeyA, defaultA).get(), defaultA);
-  });
+  return readAs<VT_I4>(grpKey, KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppOptions::ReadSettingSingle(BSTR grpKey, BSTR KeyA, VARIANT defaultA,
                                             float* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_R4>(read(grpKey, KeyA, defaultA).get(), defaultA);
-  });
+  return readAs<VT_R4>(grpKey, KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppOptions::ReadSettingDouble(BSTR grpKey, BSTR KeyA, VARIANT defaultA,
                                             double* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_R8>(read(grpKey, KeyA, defaultA).get(), defaultA);
-  });
+  return readAs<VT_R8>(grpKey, KeyA, defaultA, result);
 }
+
 STDMETHODIMP CAppOptions::Save() noexcept {
   return quietly([&] {
     const auto alive = keepAlive();

@@ -44,6 +44,9 @@ class CAppOptions final
   [[nodiscard]] Group group(std::wstring_view key) const;
   [[nodiscard]] std::vector<Group> cachedGroups() const;
   [[nodiscard]] automation::Variant read(BSTR group, BSTR key, const VARIANT& fallback) const;
+  /// What the readers of one type do.
+  template <VARTYPE type, class Result>
+  HRESULT readAs(BSTR group, BSTR key, const VARIANT& fallback, Result* result) noexcept;
   void clear();
 
   std::wstring hive_;

@@ -122,47 +122,38 @@ STDMETHODIMP CAppSettings::ReadSetting(BSTR KeyA, VARIANT defaultA, VARIANT* res
   });
 }
 
-STDMETHODIMP CAppSettings::ReadSettingString(BSTR KeyA, VARIANT defaultA, BSTR* result) noexcept {
+template <VARTYPE type, class Result>
+HRESULT CAppSettings::readAs(BSTR key, const VARIANT& fallback, Result* result) noexcept {
   return quietly(result, [&] {
     const auto alive = keepAlive();
-    return typedValue<VT_BSTR>(read(text(KeyA), defaultA).get(), defaultA);
+    return typedValue<type>(read(text(key), fallback).get(), fallback);
   });
+}
+
+STDMETHODIMP CAppSettings::ReadSettingString(BSTR KeyA, VARIANT defaultA, BSTR* result) noexcept {
+  return readAs<VT_BSTR>(KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppSettings::ReadSettingBoolean(BSTR KeyA, VARIANT defaultA, VARIANT_BOOL* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_BOOL>(read(text(KeyA), defaultA).get(), defaultA);
-  });
+  return readAs<VT_BOOL>(KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppSettings::ReadSettingInteger(BSTR KeyA, VARIANT defaultA, short* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_I2>(read(text(KeyA), defaultA).get(), defaultA);
-  });
+  return readAs<VT_I2>(KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppSettings::ReadSettingLong(BSTR KeyA, VARIANT defaultA, long* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_I4>(read(text(KeyA), defaultA).get(), defaultA);
-  });
+  return readAs<VT_I4>(KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppSettings::ReadSettingSingle(BSTR KeyA, VARIANT defaultA, float* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_R4>(read(text(KeyA), defaultA).get(), defaultA);
-  });
+  return readAs<VT_R4>(KeyA, defaultA, result);
 }
 
 STDMETHODIMP CAppSettings::ReadSettingDouble(BSTR KeyA, VARIANT defaultA, double* result) noexcept {
-  return quietly(result, [&] {
-    const auto alive = keepAlive();
-    return typedValue<VT_R8>(read(text(KeyA), defaultA).get(), defaultA);
-  });
+  return readAs<VT_R8>(KeyA, defaultA, result);
 }
+
 STDMETHODIMP CAppSettings::Save() noexcept {
   return quietly([&] {
     const auto alive = keepAlive();

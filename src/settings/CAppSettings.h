@@ -51,6 +51,9 @@ class CAppSettings final : public automation::Object<CAppSettings, ::CAppSetting
 
  private:
   [[nodiscard]] std::wstring storePath() const { return rootKey_ + L"\\" + subKey_; }
+  /// What the readers of one type do.
+  template <VARTYPE type, class Result>
+  HRESULT readAs(BSTR key, const VARIANT& fallback, Result* result) noexcept;
   void cache(std::wstring_view key, automation::Variant value);
   void store(std::wstring_view key, const VARIANT& value) const;
   void clear() noexcept;
