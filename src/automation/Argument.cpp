@@ -8,10 +8,6 @@
 namespace zeq::automation {
 namespace {
 
-bool isObjectType(VARTYPE type) noexcept {
-  return type == VT_DISPATCH || type == VT_UNKNOWN;
-}
-
 /// A type whose value is all in the VARIANT itself.
 bool isPlain(VARTYPE type) noexcept {
   return type != VT_BSTR && !isObjectType(type);

@@ -98,16 +98,11 @@ ResolvedType resolve(ITypeInfo& info, const TYPEDESC& description) {
   }
 }
 
-bool isObjectType(VARTYPE type) noexcept {
-  return type == VT_DISPATCH || type == VT_UNKNOWN;
-}
-
 constexpr WORD anyPut = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
 
 /// True if a put assigns an object, be it Nothing. The new value is the first in the list.
 bool assignsObject(const DISPPARAMS& arguments) noexcept {
-  return arguments.cArgs > 0 &&
-         isObjectType(dereferenced(arguments.rgvarg[0]).vt & static_cast<VARTYPE>(~VT_BYREF));
+  return arguments.cArgs > 0 && isObjectType(referredType(dereferenced(arguments.rgvarg[0])));
 }
 
 constexpr std::size_t maxParameters = 16;
@@ -257,7 +252,7 @@ Parameter parameterOf(const PARAMDESC& description, const ResolvedType& type) {
   if ((description.wParamFlags & PARAMFLAG_FHASDEFAULT) != 0) {
     parameter.optional = true;
     const VARIANT& given = description.pparamdescex->varDefaultValue;
-    if (type.type == VT_DISPATCH || type.type == VT_UNKNOWN) {
+    if (isObjectType(type.type)) {
       parameter.defaultValue = neutralValue(type.type);  // The description can only say Nothing.
     } else if (type.type == VT_VARIANT) {
       parameter.defaultValue = Variant(given);

@@ -65,7 +65,7 @@ HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type, LCID lo
   VARIANT converted;
   VariantInit(&converted);
   HRESULT result = S_OK;
-  if ((inner.vt & ~VT_BYREF) == VT_DISPATCH && type != VT_DISPATCH && type != VT_UNKNOWN) {
+  if (referredType(inner) == VT_DISPATCH && !isObjectType(type)) {
     VARIANT value;
     VariantInit(&value);
     result = defaultMember(inner, value);

@@ -19,6 +19,10 @@ namespace zeq::automation {
   return value.vt == (VT_BYREF | VT_VARIANT) && value.pvarVal != nullptr ? *value.pvarVal : value;
 }
 
+[[nodiscard]] constexpr bool isObjectType(VARTYPE type) noexcept {
+  return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
 /// Copies a variant, a reference as a reference. The target holds nothing before.
 inline HRESULT copy(VARIANT& target, const VARIANT& source) noexcept {
   // The platform's declaration lacks the const that its documentation promises.
@@ -48,7 +52,7 @@ inline HRESULT copyValue(VARIANT& target, const VARIANT& source) noexcept {
 HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type,
                    LCID locale = LOCALE_USER_DEFAULT) noexcept;
 
-/// The type of the variable that a reference refers to.
+/// The type of the variable that a reference refers to; of any other value its own.
 [[nodiscard]] inline VARTYPE referredType(const VARIANT& reference) noexcept {
   return static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
 }

@@ -77,7 +77,7 @@ std::wstring valueText(VARIANT value) {
   if (value.vt == VT_BSTR) {
     return L"\"" + std::wstring(automation::text(value.bstrVal)) + L"\"";
   }
-  if ((value.vt == VT_UNKNOWN || value.vt == VT_DISPATCH) && value.punkVal == nullptr) {
+  if (automation::isObjectType(value.vt) && value.punkVal == nullptr) {
     return L"Nothing";
   }
   Variant text;

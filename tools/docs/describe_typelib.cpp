@@ -151,7 +151,7 @@ void writeParameter(Json& json, ITypeInfo& info, const ELEMDESC& element, std::w
   json.key("optional").value((flags & PARAMFLAG_FOPT) != 0);
   if ((flags & PARAMFLAG_FHASDEFAULT) != 0) {
     const VARIANT& value = element.paramdesc.pparamdescex->varDefaultValue;
-    const bool isNothing = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
+    const bool isNothing = isObjectType(value.vt);
     json.key("default").value(std::wstring_view(isNothing ? std::wstring(L"Nothing") : textOf(value)));
     json.key("defaultIsText").value(value.vt == VT_BSTR);
   }
