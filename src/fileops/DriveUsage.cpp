@@ -1,19 +1,10 @@
 #include "fileops/DriveUsage.h"
 
-#include <cmath>
-#include <stdexcept>
+#include "utility/Numbers.h"
 
 namespace zeq::fileops {
-namespace {
 
-double finite(double value) {
-  if (!std::isfinite(value)) {
-    throw std::overflow_error("drive arithmetic");
-  }
-  return value;
-}
-
-}  // namespace
+using utility::finite;
 
 void DriveUsage::use(double bytes) {
   moveTo(finite(delta_ + bytes));

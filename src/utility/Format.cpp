@@ -4,8 +4,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <stdexcept>
 #include <string_view>
+
+#include "utility/Numbers.h"
 
 namespace zeq::utility {
 namespace {
@@ -73,10 +74,7 @@ char digitAt(const Decimal& number, int position) {
 }  // namespace
 
 void appendNumber(std::wstring& text, double value, int integerDigits, int decimals, wchar_t separator) {
-  if (!std::isfinite(value)) {
-    throw std::overflow_error("not a finite number");
-  }
-  Decimal number = decimalOf(value);
+  Decimal number = decimalOf(finite(value));
   roundTo(number, decimals);
   if (number.negative && number.digits.find_first_not_of('0') != std::string::npos) {
     text += L'-';

@@ -10,14 +10,14 @@ namespace {
 
 constexpr double brightest = 255;
 
+}  // namespace
+
 double finite(double value) {
   if (!std::isfinite(value)) {
     throw std::overflow_error("not a finite number");
   }
   return value;
 }
-
-}  // namespace
 
 double limited(double value, double lowest, double highest) noexcept {
   const double raised = value >= lowest ? value : lowest;

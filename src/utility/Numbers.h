@@ -6,6 +6,9 @@
 
 namespace zeq::utility {
 
+/// The value itself; throws as said above.
+[[nodiscard]] double finite(double value);
+
 /// The value within limits; the upper limit wins where the limits are crossed.
 [[nodiscard]] double limited(double value, double lowest, double highest) noexcept;
 

@@ -11,6 +11,14 @@
 namespace zeq::utility {
 namespace {
 
+TEST(Numbers, AreFinite) {
+  constexpr double infinite = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(finite(-1e308), -1e308);
+  EXPECT_THROW((void)finite(infinite), std::overflow_error);
+  EXPECT_THROW((void)finite(-infinite), std::overflow_error);
+  EXPECT_THROW((void)finite(std::numeric_limits<double>::quiet_NaN()), std::overflow_error);
+}
+
 TEST(Numbers, Limits) {
   EXPECT_EQ(limited(5, 10, 0), 0);
   EXPECT_EQ(limited(-1, 0, 255), 0);
