@@ -60,6 +60,12 @@ void Collection::removeAt(long position) {
   erase(locatePosition(position));
 }
 
+void Collection::clear() {
+  while (!entries_.empty()) {
+    erase(entries_.begin());
+  }
+}
+
 STDMETHODIMP Collection::get_Item(VARIANT Index, VARIANT* result) noexcept {
   return raising(result, [&] { return item(Index); });
 }

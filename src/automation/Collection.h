@@ -26,6 +26,9 @@ class Collection final : public Object<Collection, ::Collection, ::_Collection> 
   [[nodiscard]] const Variant& item(const VARIANT& index) const;
   void append(Variant item, std::optional<std::wstring_view> key = std::nullopt);
   void removeAt(long position);
+  /// Removes one item after the other from the front, those too that a released object adds meanwhile. The
+  /// caller keeps the collection alive.
+  void clear();
   /// The item under a key; null if there is none.
   [[nodiscard]] const Variant* find(std::wstring_view key) const;
 

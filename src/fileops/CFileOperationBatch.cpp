@@ -34,12 +34,6 @@ enum Event : DISPID {
   operationDriveUsageChangeEstimate = 7,
 };
 
-void clear(automation::Collection& collection) {
-  while (collection.size() > 0) {
-    collection.removeAt(1);
-  }
-}
-
 /// An item of a collection as an object of the library's interfaces; empty if it is none.
 template <class Interface>
 ComPtr<Interface> objectAt(const automation::Collection& collection, long position) {
@@ -63,7 +57,7 @@ ComPtr<_CFileOperation> ifAccepted(ComPtr<_CFileOperation> task, HRESULT result,
 }  // namespace
 
 CFileOperationBatch::~CFileOperationBatch() {
-  clear(*tasks_);
+  tasks_->clear();
 }
 
 STDMETHODIMP CFileOperationBatch::get_Tasks(_Collection** result) noexcept {
@@ -119,7 +113,7 @@ STDMETHODIMP CFileOperationBatch::put_StatusHWnd(long value) noexcept {
 STDMETHODIMP CFileOperationBatch::Clear() noexcept {
   return quietly([&] {
     const auto alive = keepAlive();
-    clear(*tasks_);
+    tasks_->clear();
   });
 }
 
@@ -178,7 +172,7 @@ STDMETHODIMP CFileOperationBatch::Execute(VARIANT_BOOL forReal, VARIANT_BOOL* re
       }
     } const ending{*this};
     simulating_ = forReal == VARIANT_FALSE;
-    clear(*driveMonitors_);
+    driveMonitors_->clear();
     currentTaskIndex_ = 0;
     state_ = ExecutionState::notStarted;
     raise(starting);

@@ -108,9 +108,7 @@ ComPtr<Collection> CIniFile::keys() {
 
 void CIniFile::readKeys() {
   const ComPtr<Collection> names = keys();
-  while (names->size() > 0) {
-    names->removeAt(1);
-  }
+  names->clear();
   utility::FieldSplitter splitter(platform::lowerCase);
   splitter.split(readValue(fileName_, section_, nullptr, {}), std::wstring_view(L"\0", 1), true, false);
   for (int position = 1; position <= splitter.count(); ++position) {

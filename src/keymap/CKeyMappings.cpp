@@ -31,9 +31,7 @@ CKeyMapping& mappingIn(const Variant& item) noexcept {
 
 void CKeyMappings::clear() {
   *indexIsOld_ = true;
-  while (mappings_->size() > 0) {
-    mappings_->removeAt(1);
-  }
+  mappings_->clear();
 }
 
 ComPtr<CKeyMapping> CKeyMappings::add(Mapping mapping) {

@@ -131,7 +131,7 @@ STDMETHODIMP CAppOptions::Save() noexcept {
 }
 
 STDMETHODIMP CAppOptions::Clear() noexcept {
-  return quietly([&] { clear(); });
+  return quietly([&] { groups_->clear(); });
 }
 
 STDMETHODIMP CAppOptions::AsString(BSTR IndentA, BSTR* result) noexcept {
@@ -168,12 +168,6 @@ std::vector<CAppOptions::Group> CAppOptions::cachedGroups() const {
 
 Variant CAppOptions::read(BSTR group, BSTR key, const VARIANT& fallback) const {
   return this->group(text(group))->read(text(key), fallback);
-}
-
-void CAppOptions::clear() {
-  while (groups_->size() > 0) {
-    groups_->removeAt(1);
-  }
 }
 
 }  // namespace zeq::settings

@@ -16,7 +16,7 @@ namespace zeq::settings {
 class CAppOptions final
     : public automation::Object<CAppOptions, ::CAppOptions, ::_CAppOptions, ::__CAppOptions> {
  public:
-  ~CAppOptions() override { clear(); }
+  ~CAppOptions() override { groups_->clear(); }
 
   STDMETHODIMP get_Hive(BSTR* result) noexcept override;
   STDMETHODIMP put_Hive(BSTR value) noexcept override;
@@ -47,7 +47,6 @@ class CAppOptions final
   /// What the readers of one type do.
   template <VARTYPE type, class Result>
   HRESULT readAs(BSTR group, BSTR key, const VARIANT& fallback, Result* result) noexcept;
-  void clear();
 
   std::wstring hive_;
   std::wstring rootKey_;
