@@ -3,8 +3,8 @@
 #include <windows.h>
 #include <shellapi.h>
 
+#include "platform/Failure.h"
 #include "platform/Files.h"
-#include "platform/NativePath.h"
 #include "platform/Paths.h"
 
 namespace zeq::platform {

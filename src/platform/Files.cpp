@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/Failure.h"
 #include "platform/FolderEntries.h"
 #include "platform/NativePath.h"
 #include "platform/Paths.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/NativePath.h"
+#include "platform/Failure.h"
 
 namespace zeq::platform {
 

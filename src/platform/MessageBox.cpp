@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/NativePath.h"
+#include "platform/Failure.h"
 
 namespace zeq::platform {
 

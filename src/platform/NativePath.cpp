@@ -2,8 +2,8 @@
 
 #include <cwchar>
 #include <string_view>
-#include <system_error>
 
+#include "platform/Failure.h"
 #include "platform/Paths.h"
 
 namespace zeq::platform {
@@ -26,14 +26,6 @@ bool isShort(const wchar_t* path) noexcept {
 }
 
 }  // namespace
-
-void fail(DWORD error) {
-  throw std::system_error(static_cast<int>(error), std::system_category());
-}
-
-void failLast() {
-  fail(GetLastError());
-}
 
 std::wstring fullPath(const std::wstring& path) {
   if (path.empty() || path.find(L'\0') != std::wstring::npos) {

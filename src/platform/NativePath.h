@@ -1,16 +1,11 @@
 #pragma once
-// Paths as the operating system takes them, and its failures.
+// Paths as the operating system takes them.
 
 #include <windows.h>
 
 #include <string>
 
 namespace zeq::platform {
-
-/// Throws std::system_error for a Win32 error code.
-[[noreturn]] void fail(DWORD error);
-/// The same for the code that the last call left.
-[[noreturn]] void failLast();
 
 /// Some functions take no longer path than this without the prefix \\?\.
 inline constexpr std::size_t shortPathLimit = 248;

@@ -1,14 +1,15 @@
 #include "platform/Registry.h"
 
 #include <cstring>
-#include <system_error>
+
+#include "platform/Failure.h"
 
 namespace zeq::platform {
 namespace {
 
 void check(LSTATUS status) {
   if (status != ERROR_SUCCESS) {
-    throw std::system_error(static_cast<int>(status), std::system_category());
+    fail(static_cast<DWORD>(status));
   }
 }
 

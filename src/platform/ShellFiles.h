@@ -5,7 +5,9 @@
 
 namespace zeq::platform {
 
-/// The shell's description of a file's type (SHGetFileInfoA); empty if it gives none.
+/// The shell's description of a file's type, asked for with the path in the code page (SHGetFileInfoA); empty
+/// if the shell gives none. In contrast to fileTypeName (FileTypes.h) it is the shell's answer as it comes,
+/// whether or not there is such a file.
 [[nodiscard]] std::wstring fileTypeDescription(const std::wstring& path);
 
 /// Opens a file with the program for its type (ShellExecuteA). Where there is no such program, the user is

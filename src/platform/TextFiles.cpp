@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/CodePage.h"
+#include "platform/Failure.h"
 #include "platform/NativePath.h"
 
 namespace zeq::platform {
