@@ -136,12 +136,4 @@ double copiedPercent(double sourceSize, double destinationSize) noexcept {
   return std::clamp(destinationSize / sourceSize * 100, 0.0, 100.0);
 }
 
-std::wstring_view trimmed(std::wstring_view text) noexcept {
-  const auto first = text.find_first_not_of(L' ');
-  if (first == std::wstring_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(L' ') - first + 1);
-}
-
 }  // namespace zeq::fileops

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "utility/MZEQUtilityStrings.h"
+
 namespace zeq::fileops {
 
 // The numbers are those of the type library's enumerations. Clients may store any other number as well.
@@ -52,7 +54,7 @@ struct Operation {
 /// How much of a copy is done, in percent, judged by the sizes of both files.
 [[nodiscard]] double copiedPercent(double sourceSize, double destinationSize) noexcept;
 
-/// A text without the spaces at both its ends.
-[[nodiscard]] std::wstring_view trimmed(std::wstring_view text) noexcept;
+/// For names of drives and paths, whose outer blanks do not count.
+using utility::trimmed;
 
 }  // namespace zeq::fileops

@@ -129,13 +129,5 @@ TEST(CopiedPercent, ComparesSizes) {
   EXPECT_EQ(copiedPercent(200, 500), 100);
 }
 
-TEST(Trimmed, TakesSpacesOffBothEnds) {
-  EXPECT_EQ(trimmed(L"  a b "), L"a b");
-  EXPECT_EQ(trimmed(L"a"), L"a");
-  EXPECT_EQ(trimmed(L"   "), L"");
-  EXPECT_EQ(trimmed(L""), L"");
-  EXPECT_EQ(trimmed(L"\ta\t"), L"\ta\t");
-}
-
 }  // namespace
 }  // namespace zeq::fileops

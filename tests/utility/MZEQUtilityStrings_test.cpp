@@ -38,6 +38,14 @@ TEST(EqualTexts, LeavesCaseAndBlanksOutOfAccount) {
   EXPECT_FALSE(equal(std::wstring_view(L"a\0b", 3), std::wstring_view(L"a\0c", 3), false, true));
 }
 
+TEST(Trimmed, TakesSpacesOffBothEnds) {
+  EXPECT_EQ(trimmed(L"  a b "), L"a b");
+  EXPECT_EQ(trimmed(L"a"), L"a");
+  EXPECT_EQ(trimmed(L"   "), L"");
+  EXPECT_EQ(trimmed(L""), L"");
+  EXPECT_EQ(trimmed(L"\ta\t"), L"\ta\t");
+}
+
 TEST(ReplaceKeyword, ReplacesEveryOccurrence) {
   EXPECT_EQ(replaceKeyword(L"a%N%b%N%", L"%N%", L"x"), L"axbx");
   EXPECT_EQ(replaceKeyword(L"a%n%b", L"%N%", L"x"), L"a%n%b");
