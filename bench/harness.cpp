@@ -83,7 +83,7 @@ bool run(const Row& row) {
       first = measure(row.ours, ourTimes);
     }
     ours.push_back(first / ourTimes);
-    theirs.push_back(second / theirTimes * row.theirTimesPerOurs);
+    theirs.push_back(second / theirTimes);
     ratios.push_back(ours.back() / theirs.back());
   }
   const double ratio = median(ratios);

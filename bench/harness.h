@@ -34,8 +34,6 @@ struct Row {
   double target;     ///< The ratio that is to be reached at the most.
   Work ours;
   Work theirs;
-  /// How often the peer's work is done for one of ours, where both do not do the same amount.
-  double theirTimesPerOurs = 1;
   /// How many times a side works in one measurement; 0 finds a number that takes about 20 ms.
   int times = 0;
 };

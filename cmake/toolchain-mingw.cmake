@@ -1,4 +1,4 @@
-# Shared by both Windows toolchains; ZEQ_TRIPLET and ZEQ_WINE_ARCH are set by the file that includes this.
+# Shared by both Windows toolchains; ZEQ_TRIPLET is set by the file that includes this.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_C_COMPILER ${ZEQ_TRIPLET}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${ZEQ_TRIPLET}-g++-posix)

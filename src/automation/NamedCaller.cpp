@@ -37,7 +37,7 @@ Variant NamedCaller::invoke(const wchar_t* name, WORD flags, VARIANTARG* argumen
   if (FAILED(findNames(&writableName, 1, LOCALE_USER_DEFAULT, &id))) {
     throw Error(ErrorNumber::memberNotSupported);
   }
-  const bool isPut = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+  const bool isPut = flags == DISPATCH_PROPERTYPUT;
   DISPID newValue = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{arguments, isPut ? &newValue : nullptr, count, isPut ? 1U : 0U};
   Variant result;

@@ -47,12 +47,6 @@ class NamedCaller {
     invoke(name, DISPATCH_PROPERTYPUT, std::forward<Arguments>(argumentsAndValue)...);
   }
 
-  /// Makes a property refer to an object. The object comes last, after the property's own arguments.
-  template <class... Arguments>
-  void putReference(const wchar_t* name, Arguments&&... argumentsAndObject) const {
-    invoke(name, DISPATCH_PROPERTYPUTREF, std::forward<Arguments>(argumentsAndObject)...);
-  }
-
  private:
   template <class... Arguments>
   Variant invoke(const wchar_t* name, WORD flags, Arguments&&... arguments) const {

@@ -98,8 +98,8 @@ std::wstring_view stateText(ExecutionState state, bool verbose) noexcept {
       return verbose ? L"Not started" : L"exstNotStarted";
     case ExecutionState::executing:
       return verbose ? L"In progress" : L"exstExecuting";
-    case ExecutionState::finishedOk:  // Clients know the verbose text by its spelling, as they do the last
-                                      // one's.
+    // Clients know the verbose texts of the two ends by their spelling.
+    case ExecutionState::finishedOk:
       return verbose ? L"Completed sucessfully" : L"exstFinished_OK";
     case ExecutionState::finishedCancelled:
       return verbose ? L"Cancelled" : L"exstFinished_Cancelled";

@@ -1,8 +1,7 @@
 #pragma once
 // Paths as texts, with the scripting runtime's semantics: nothing here touches the disk or needs Windows.
-// Both "\" and
-// "/" separate components; a separator at the end belongs to no component. The parts of a path are views of
-// its text.
+// Both "\" and "/" separate components; a separator at the end belongs to no component. The parts of a path
+// are views of its text.
 
 #include <string>
 #include <string_view>

@@ -39,14 +39,14 @@ Bstr timeOfDay(double seconds, std::wstring pattern) {
   constexpr double secondsPerDay = 86400;
   constexpr double firstDay = -657434;  // The dates of automation reach from the year 100 to 9999.
   constexpr double dayAfterLast = 2958466;
-  constexpr std::size_t runtimeLimit =
-      255;  // Wine's runtime writes longer texts beyond the end of its buffer.
+  // Wine's runtime writes longer texts beyond the end of its buffer.
+  constexpr std::size_t runtimeLimit = 255;
   Variant fractionOfDay(seconds / secondsPerDay);
   const double days = fractionOfDay.get().dblVal;
   const bool isDate = days >= firstDay && days < dayAfterLast;
   const bool isTooLong = longestText(pattern) > runtimeLimit;
-  pattern.append(8,
-                 L'\0');  // Wine's runtime passes over four characters after a "c", be it the pattern's end.
+  // Wine's runtime passes over four characters after a "c", be it the pattern's end.
+  pattern.append(8, L'\0');
   Bstr result;
   if (!isDate || isTooLong ||
       FAILED(VarFormat(&fractionOfDay.get(), pattern.data(), 0, 0, 0, result.out()))) {

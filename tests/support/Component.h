@@ -127,10 +127,10 @@ class TextArgument {
   return result;
 }
 
-/// The text of a variant that holds one.
 /// The arguments of a call as they are declared; the call brings them in reverse.
 [[nodiscard]] std::vector<VARIANT*> inDeclarationOrder(const DISPPARAMS& parameters);
 
+/// The text of a variant that holds one.
 [[nodiscard]] std::wstring textIn(const Variant& value);
 
 /// A sink that hands every event to a function and stays connected while it lives.

@@ -11,13 +11,16 @@ namespace zeq::test {
 
 /// What the process holds at one moment.
 struct Holdings {
-  std::size_t heapBlocks =
-      0;  ///< Busy blocks of all heaps: every object, string and array, whoever allocated it.
-  long componentBlocks = 0;  ///< Those of the component's own heap, since counting began.
-  long taskMemory = 0;       ///< Blocks from CoTaskMemAlloc, BSTRs among them, since counting began.
-  std::size_t handles = 0;   ///< Open kernel handles.
-  bool componentInUse =
-      false;  ///< The component's DLL is loaded and DllCanUnloadNow answers that it is needed.
+  /// Busy blocks of all heaps: every object, string and array, whoever allocated it.
+  std::size_t heapBlocks = 0;
+  /// Those of the component's own heap, since counting began.
+  long componentBlocks = 0;
+  /// Blocks from CoTaskMemAlloc, BSTRs among them, since counting began.
+  long taskMemory = 0;
+  /// Open kernel handles.
+  std::size_t handles = 0;
+  /// The component's DLL is loaded and DllCanUnloadNow answers that it is needed.
+  bool componentInUse = false;
 
   bool operator==(const Holdings&) const = default;
 };
