@@ -3,7 +3,7 @@
 # the 32-bit and the 64-bit script host, the C++ programs of tests/clients/conformance, the samples, and the examples of
 # docs/classes: tools/clients.sh [32|64] [script]... Scripts are named CFakeDrive.vbs or CFakeDrive.md, or CFakeDrive for
 # all of them, or samples. The last line is the total.
-source "$(dirname "$0")/lib.sh"
+source "$(dirname "$0")/count.sh"
 
 all_bits=(32 64)
 if [[ ${1:-} =~ ^(32|64)$ ]]; then
@@ -11,28 +11,25 @@ if [[ ${1:-} =~ ^(32|64)$ ]]; then
   shift
 fi
 
-passed=0
-failed=0
 work=$build/clients
 
 # count_output NAME FILE STATUS: adds the counts in a client's output to the total. One that crashes or hangs after its last
 # check has failed all the same.
 count_output() {
-  local name=$1 output=$2 status=$3 totals
+  local name=$1 output=$2 status=$3 totals bad
   sed -i 's/\r$//' "$output"
   totals=$(grep -E '^[0-9]+ passed, [0-9]+ failed$' "$output" | tail -n 1) || true
   grep '^FAILED' "$output" || true
   if [[ $totals =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]] && ((BASH_REMATCH[1] + BASH_REMATCH[2] > 0)); then
-    passed=$((passed + BASH_REMATCH[1]))
-    failed=$((failed + BASH_REMATCH[2]))
-    say "$name: $totals"
-    if [ "$status" -ne 0 ] && [ "${BASH_REMATCH[2]}" -eq 0 ]; then
-      failed=$((failed + 1))
+    bad=${BASH_REMATCH[2]}
+    if [ "$status" -ne 0 ] && [ "$bad" -eq 0 ]; then
+      bad=1
       say "FAILED $name, status $status at its end: $(tail -n 1 "$output")"
     fi
+    count "$name" "${BASH_REMATCH[1]}" "$bad"
   else
-    failed=$((failed + 1))
     say "FAILED $name stopped before its end; the last it said: $(tail -n 1 "$output")"
+    count "$name" 0 1
   fi
 }
 
@@ -96,6 +93,15 @@ sample_arguments() {
   esac
 }
 
+# sample_did_its_work NAME HOME: whether a sample that makes files has made them, and one that is led by keys has followed.
+sample_did_its_work() {
+  case $1 in
+    audited-batch.vbs | audited_batch) diff -r samples/vbscript "$2/copy" && [ -s "$2/audit.log" ] ;;
+    dry-run-then-copy.vbs | batch_copy) diff -r samples "$2/copy" ;;
+    keyboard_wizard) grep -q '^Finished\.' "$2/output" ;;
+  esac
+}
+
 # example_in PAGE: the script that a page of docs/classes shows.
 example_in() { sed -n '/^```vbscript$/,/^```$/{/^```/!p}' "$1"; }
 
@@ -120,13 +126,47 @@ run_sample() {
   fi
   mapfile -t arguments < <(sample_arguments "$name" "$home")
   run_program "$bits" "$name" "$home/output" "${command[@]}" "${arguments[@]}" || status=$?
-  if [ "$status" -eq 0 ] && { [[ $sample == *.cpp ]] || grep -q '^came to its end.\?$' <(tail -n 1 "$home/output"); }; then
-    passed=$((passed + 1))
-    say "$bits-bit sample $name came to its end"
+  if [ "$status" -eq 0 ] && { [[ $sample == *.cpp ]] || grep -q '^came to its end.\?$' <(tail -n 1 "$home/output"); } &&
+    sample_did_its_work "$name" "$home"; then
+    count "$bits-bit sample $name" 1 0
   else
-    failed=$((failed + 1))
     say "FAILED $bits-bit sample $name, status $status; the last it said: $(tail -n 1 "$home/output")"
+    count "$bits-bit sample $name" 0 1
   fi
+}
+
+# check_ending BITS PROGRAM CASE STATUS TEXT ARGUMENT...: whether a C++ sample ends with that status and says that text.
+check_ending() {
+  local bits=$1 program=$2 name="$1-bit sample $2, $3" expected=$4 text=$5 status=0
+  local output=$work/$bits-sample-$program/ending
+  shift 5
+  run_program "$bits" "$program" "$output" "$(windows_path "$build/win$bits/bin/$program.exe")" "$@" || status=$?
+  if [ "$status" -eq "$expected" ] && grep -qF "$text" "$output"; then
+    count "$name" 1 0
+  else
+    say "FAILED $name, status $status; the last it said: $(tail -n 1 "$output")"
+    count "$name" 0 1
+  fi
+}
+
+# check_endings BITS SAMPLE: the other ways in which a sample can end.
+check_endings() {
+  local bits=$1 name source target
+  name=$(basename "$2")
+  source=$work/$bits-sample-${name%.cpp}/empty
+  target=$(windows_path "$source-copy")
+  case $name in
+    audited_batch.cpp)
+      check_ending "$bits" audited_batch "the target is a file" 1 "[class 1, action 8]" \
+        "$(windows_path "$root/samples/cpp")" "$(windows_path "$root/README.md")" "$target.log"
+      ;;
+    batch_copy.cpp)
+      mkdir -p "$source/folder"
+      : >"$source/file"
+      check_ending "$bits" batch_copy "nothing takes space" 0 "Compared 1 files with their copies: 0 differ." \
+        "$(windows_path "$source")" "$target"
+      ;;
+  esac
 }
 
 # is_wanted SCRIPT NAMES...: whether the names ask for the script; no names ask for all.
@@ -154,7 +194,10 @@ for bits in "${all_bits[@]}"; do
   rm -rf "$work/$bits-"*
   for script in "${scripts[@]}"; do
     case $script in
-      samples/* | docs/*) run_sample "$bits" "$script" ;;
+      samples/* | docs/*)
+        run_sample "$bits" "$script"
+        check_endings "$bits" "$script"
+        ;;
       *) run_script "$bits" "$script" ;;
     esac
   done
@@ -166,5 +209,4 @@ for bits in "${all_bits[@]}"; do
   fi
   stop_prefix
 done
-say "$passed passed, $failed failed"
-[ "$failed" -eq 0 ]
+report_total

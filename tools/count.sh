@@ -7,9 +7,11 @@ failed=0
 
 # count NAME PASSED FAILED: adds to the total and says so.
 count() {
+  local mark=
+  [ "$3" -eq 0 ] || mark='FAILED '
   passed=$((passed + $2))
   failed=$((failed + $3))
-  say "$1: $2 passed, $3 failed"
+  say "$mark$1: $2 passed, $3 failed"
 }
 
 # log_of NAME: where the output of that part goes.

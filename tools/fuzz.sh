@@ -3,7 +3,7 @@
 # every target gets a small fixed number of runs with a fixed seed, at most a few seconds. With seconds the inputs that
 # found new ways through the code are kept in build/fuzz/corpus, and the next run begins with them. An input that fails
 # stays in build/fuzz/failures. The last line is the total.
-source "$(dirname "$0")/lib.sh"
+source "$(dirname "$0")/count.sh"
 "$root/tools/build.sh" fuzz
 
 limits=(-seed=1 -runs=20000 -max_total_time=3)
@@ -15,8 +15,6 @@ if [ $# -gt 0 ]; then
   shift
 fi
 
-passed=0
-failed=0
 mkdir -p "$build/fuzz/failures"
 for program in "$build"/fuzz/bin/*_fuzz; do
   target=$(basename "$program" _fuzz)
@@ -26,13 +24,12 @@ for program in "$build"/fuzz/bin/*_fuzz; do
   step "fuzz: $target"
   if "$program" "${limits[@]}" -max_len=200 -timeout=20 "-artifact_prefix=$build/fuzz/failures/$target-" \
     "$folder/$target" </dev/null >"$log" 2>&1 && grep '^Done [1-9][0-9]* runs' "$log"; then
-    passed=$((passed + 1))
+    count "fuzz $target" 1 0
   else
-    failed=$((failed + 1))
     tail -n 30 "$log"
-    say "FAILED $target"
+    count "fuzz $target" 0 1
   fi
 done
+[ $((passed + failed)) -gt 0 ] || die "no such target in tests/fuzz"
 say
-say "$passed passed, $failed failed"
-[ "$failed" -eq 0 ] && [ "$passed" -gt 0 ]
+report_total

@@ -33,7 +33,7 @@ long report(_CZEQAudit* audit, const std::wstring& text, enumZEQAuditClass kind,
 }
 
 /// What is done with each message: the identifiers of the events stand in the type library.
-void handleAudit(DISPID event, VARIANTARG* arguments, bool& mustStop) {
+void handleAudit(DISPID event, VARIANTARG* arguments) {
   constexpr DISPID auditDataReady = 1;
   if (event == auditDataReady) {
     const auto action = *arguments[1].plVal;
@@ -42,8 +42,8 @@ void handleAudit(DISPID event, VARIANTARG* arguments, bool& mustStop) {
                   static_cast<long>(action));
     }
   } else {
-    mustStop = true;
-    *arguments[0].pboolVal = VARIANT_TRUE;  // The process is not to be ended at once: it ends below.
+    // The process is not to be ended at once: the failed batch ends it in order.
+    *arguments[0].pboolVal = VARIANT_TRUE;
   }
 }
 
@@ -62,9 +62,7 @@ int run(wchar_t** arguments) {
   const auto audit = create<_CZEQAudit>(__uuidof(CZEQAudit));
   check(audit->Create(_bstr_t(arguments[3]), _bstr_t(L"Audited batch"), VARIANT_TRUE, nullptr),
         "setting up the audit");
-  bool mustStop = false;
-  const Events<__CZEQAudit> auditEvents(
-      audit.Get(), [&](DISPID event, VARIANTARG* list) { handleAudit(event, list, mustStop); });
+  const Events<__CZEQAudit> auditEvents(audit.Get(), handleAudit);
 
   const auto batch = create<_CFileOperationBatch>(__uuidof(CFileOperationBatch));
   const Events<__CFileOperationBatch> batchEvents(batch.Get(), [&](DISPID event, VARIANTARG* list) {
@@ -80,9 +78,10 @@ int run(wchar_t** arguments) {
   plan(batch.Get(), arguments[1], arguments[2]);
   VARIANT_BOOL done = VARIANT_FALSE;
   check(batch->Execute(VARIANT_TRUE, &done), "running the batch");
-  report(audit.Get(), mustStop ? L"Stopped by an error." : L"All files are copied.", ZEQ_AUD_INFO,
+  const bool allCopied = done != VARIANT_FALSE;
+  report(audit.Get(), allCopied ? L"All files are copied." : L"Stopped by an error.", ZEQ_AUD_INFO,
          ZEQ_AUD_ACT_STAT | ZEQ_AUD_ACT_LOG);
-  return mustStop ? 1 : 0;
+  return allCopied ? 0 : 1;
 }
 
 }  // namespace

@@ -250,7 +250,7 @@ int copyFolder(const fs::path& source, const fs::path& target) {
     std::printf("Nothing was copied.\n");
     return 1;
   }
-  if (!showRefusal(*batch.Get(), bytesNeeded)) {
+  if (bytesNeeded > 0 && !showRefusal(*batch.Get(), bytesNeeded)) {
     return 1;
   }
 
