@@ -5,13 +5,7 @@ source "$(dirname "$0")/lib.sh"
 "$root/tools/setup.sh"
 
 step "demo: building the 32-bit library and the C++ client"
-mkdir -p "$build"
-if [ ! -f "$build/win32/build.ninja" ]; then
-  cmake --preset win32 >"$build/configure-win32.log" 2>&1 || {
-    cat "$build/configure-win32.log" >&2
-    die "cmake failed"
-  }
-fi
+configure win32
 cmake --build --preset win32 --target ZEQUtility2 batch_copy >"$build/demo-build.log" 2>&1 || {
   cat "$build/demo-build.log" >&2
   die "the build failed"

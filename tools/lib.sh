@@ -16,6 +16,16 @@ die() {
   exit 1
 }
 
+# configure PRESET: makes build/PRESET ready to be built, by what CMakePresets.json says now.
+configure() {
+  local log=$build/configure-$1.log
+  mkdir -p "$build"
+  cmake --preset "$1" >"$log" 2>&1 || {
+    cat "$log" >&2
+    die "cmake failed"
+  }
+}
+
 # use_prefix NAME: makes the Wine prefix build/prefix-NAME (both bitnesses) if it is not there, and selects it. Windows
 # are created without a display, so that message boxes and the shell's dialogs work on a machine that has none. The help
 # viewer beside a test program goes before Wine's own, as the one beside a program does on Windows.

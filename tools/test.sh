@@ -9,7 +9,7 @@ check_format() {
   local -a sources
   local log=$build/format.log
   mapfile -t sources < <(git ls-files -- 'src/*.h' 'src/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.h' 'bench/*.cpp' \
-    'samples/*.h' 'samples/*.cpp')
+    'samples/*.h' 'samples/*.cpp' 'tools/*.cpp')
   if clang-format --dry-run -Werror "${sources[@]}" >"$log" 2>&1; then
     count "format of ${#sources[@]} sources" 1 0
   else

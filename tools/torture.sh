@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Random calls with random arguments on every class, in an environment of its own that is thrown away:
 # tools/torture.sh [calls a bitness] [seed] [bitness] [-ubsan]. Without a seed a new one is drawn and printed; with it a
-# run repeats. Without a bitness both are run; with -ubsan the program that tools/ubsan.sh builds. The last line is the
-# total.
+# run repeats. Without a bitness both are run; with -ubsan the program that tools/ubsan.sh builds. Where ZEQ_BUILT is
+# "yes" the programs are run as they are, without a build. The last line is the total.
 source "$(dirname "$0")/count.sh"
 calls=${1:-1000000}
 seed=${2:-$((RANDOM * 32768 + RANDOM))}
