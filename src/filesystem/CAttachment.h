@@ -30,7 +30,7 @@ class CAttachment final : public automation::Object<CAttachment, ::CAttachment, 
  private:
   using PathPart = HRESULT (STDMETHODCALLTYPE _CZEQFileSystemObject::*)(BSTR* path, BSTR* part);
 
-  /// A part of the full path. Throws what the helper reports.
+  /// A part of the full path, as the helper says it.
   [[nodiscard]] std::wstring part(PathPart member) const;
 
   const automation::ComPtr<_CZEQFileSystemObject> files_;
