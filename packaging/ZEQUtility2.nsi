@@ -3,7 +3,8 @@
 ;   ZEQUtility2-<version>-setup.exe [/S] [/AllUsers | /CurrentUser] [/D=folder]
 ;
 ; /S asks nothing. Without a choice of scope it installs for everybody where the user may, else for the user alone.
-; Exit codes: 0 done, 1 cancelled, 2 failed (nothing stays registered).
+; Exit codes: 0 done, 1 cancelled, 2 failed: nothing stays behind, but where a file could not be written an earlier
+; installation stays registered.
 ; VERSION, STAGE (the folder to pack) and OUTPUT come from the command line of makensis.
 
 Unicode true
@@ -32,29 +33,49 @@ UninstPage uninstConfirm
 UninstPage instfiles
 
 Var scope ; "machine" or "user"
+Var replaces ; "yes" over an earlier installation
+Var failures
 
-; Registers or unregisters one bitness. The 32-bit installer reaches the 64-bit regsvr32 through Sysnative.
-!macro RegisterAll un switches
-  Function ${un}Run32
-    ${If} $scope == "user"
-      ExecWait '"$SYSDIR\regsvr32.exe" /s ${switches} /n /i:user "$INSTDIR\win32\ZEQUtility2.dll"' $0
-    ${Else}
-      ExecWait '"$SYSDIR\regsvr32.exe" /s ${switches} "$INSTDIR\win32\ZEQUtility2.dll"' $0
-    ${EndIf}
-  FunctionEnd
-  Function ${un}Run64
-    StrCpy $0 0
+; Has the regsvr32 of a folder register or unregister a DLL, and counts the call in $failures if that did not succeed or
+; could not be started.
+!macro Regsvr32 folder switches dll
+  StrCpy $1 ""
+  ${If} $scope == "user"
+    StrCpy $1 "/n /i:user"
+  ${EndIf}
+  ClearErrors
+  ExecWait '"${folder}\regsvr32.exe" /s ${switches} $1 "${dll}"' $0
+  ${If} ${Errors}
+  ${OrIf} $0 <> 0
+    IntOp $failures $failures + 1
+  ${EndIf}
+!macroend
+
+; The 32-bit installer reaches the 64-bit regsvr32 through Sysnative.
+!macro ForBothBitnesses function switches
+  Function ${function}
+    StrCpy $failures 0
+    !insertmacro Regsvr32 "$SYSDIR" "${switches}" "$INSTDIR\win32\ZEQUtility2.dll"
     ${If} ${RunningX64}
-      ${If} $scope == "user"
-        ExecWait '"$WINDIR\Sysnative\regsvr32.exe" /s ${switches} /n /i:user "$INSTDIR\win64\ZEQUtility2.dll"' $0
-      ${Else}
-        ExecWait '"$WINDIR\Sysnative\regsvr32.exe" /s ${switches} "$INSTDIR\win64\ZEQUtility2.dll"' $0
-      ${EndIf}
+      !insertmacro Regsvr32 "$WINDIR\Sysnative" "${switches}" "$INSTDIR\win64\ZEQUtility2.dll"
     ${EndIf}
   FunctionEnd
 !macroend
-!insertmacro RegisterAll "" ""
-!insertmacro RegisterAll "un." "/u"
+!insertmacro ForBothBitnesses Register ""
+!insertmacro ForBothBitnesses Unregister "/u"
+!insertmacro ForBothBitnesses un.Unregister "/u"
+
+; Deletes exactly what was installed.
+!macro DeleteAll
+  SetOutPath "$TEMP" ; The current folder cannot be removed.
+  !include "${STAGE}.uninstall.nsh" ; the files that were packed
+  Delete "$INSTDIR\uninstall.exe"
+  RMDir "$INSTDIR"
+  ${If} $scope == "user"
+    RMDir "$LOCALAPPDATA\Programs" ; only if nothing else is there
+  ${EndIf}
+  DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+!macroend
 
 !macro UseScope
   ${If} $scope == "user"
@@ -93,21 +114,29 @@ Function .onInit
 FunctionEnd
 
 Section
+  ${If} ${FileExists} "$INSTDIR\win32\ZEQUtility2.dll"
+    StrCpy $replaces "yes"
+    Call Unregister ; Each DLL takes back what it registered itself.
+  ${EndIf}
   SetOutPath "$INSTDIR"
   ClearErrors
   SetOverwrite try
   File /r "${STAGE}\*.*"
   ${If} ${Errors}
     DetailPrint "A file could not be written: a program that uses the library may be running."
+    ${If} $replaces == "yes"
+      Call Register
+    ${Else}
+      !insertmacro DeleteAll
+    ${EndIf}
     SetErrorLevel 2
     Abort
   ${EndIf}
-  Call Run32
-  StrCpy $3 $0
-  Call Run64
-  ${If} $3 <> 0
-  ${OrIf} $0 <> 0
+  Call Register
+  ${If} $failures <> 0
     DetailPrint "The library could not be registered."
+    Call Unregister
+    !insertmacro DeleteAll
     SetErrorLevel 2
     Abort
   ${EndIf}
@@ -117,9 +146,8 @@ Section
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "Publisher" "The ZEQUtility2 developers"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" "InstallLocation" "$INSTDIR"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" "Scope" "$scope"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe" /$scope'
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /$scope /S'
+  WriteRegStr SHCTX "${UNINSTALL_KEY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+  WriteRegStr SHCTX "${UNINSTALL_KEY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
   WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "EstimatedSize" $0
   WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoModify" 1
   WriteRegDWORD SHCTX "${UNINSTALL_KEY}" "NoRepair" 1
@@ -137,13 +165,6 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
-  Call un.Run64
-  Call un.Run32
-  !include "${STAGE}.uninstall.nsh" ; Deletes exactly the files that were packed.
-  Delete "$INSTDIR\uninstall.exe"
-  RMDir "$INSTDIR"
-  ${If} $scope == "user"
-    RMDir "$LOCALAPPDATA\Programs" ; only if nothing else is there
-  ${EndIf}
-  DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+  Call un.Unregister
+  !insertmacro DeleteAll
 SectionEnd

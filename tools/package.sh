@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Makes what people install: dist/ZEQUtility2-<version>.zip and dist/ZEQUtility2-<version>-setup.exe, each with both
-# DLLs, type library, headers, manifests, documentation and samples.
+# DLLs, type library, headers, manifests, documentation with the reference site, and samples.
 source "$(dirname "$0")/lib.sh"
 "$root/tools/build.sh" win32 win64
+"$root/tools/docs.sh"
 
 version=$(sed -n 's/^project(ZEQUtility2 VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 [ -n "$version" ] || die "no version in CMakeLists.txt"

@@ -1,25 +1,13 @@
 #!/usr/bin/env bash
 # Installs the package silently for everybody and for the current user, in two Windows environments of their own, uses
 # the library from both bitnesses, installs over itself, uninstalls, and compares registry and files with what was
-# there before. Prints one line a check and a closing count; needs dist/*-setup.exe from tools/package.sh.
-source "$(dirname "$0")/../../tools/lib.sh"
+# there before. Then it has installations fail, which are to leave everything as it was. Prints one line a check and a
+# closing count; needs what tools/package.sh makes.
+source "$(dirname "$0")/../../tools/count.sh"
 set +e
 
 installer=$(echo "$root"/dist/ZEQUtility2-*-setup.exe)
 [ -f "$installer" ] || die "no installer in dist; run tools/package.sh"
-passed=0
-failed=0
-check() { # check NAME COMMAND...
-  local name=$1
-  shift
-  if "$@"; then
-    passed=$((passed + 1))
-    say "ok $name"
-  else
-    failed=$((failed + 1))
-    say "FAILED $name"
-  fi
-}
 
 work=$(mktemp -d)
 trap 'stop_prefix; rm -rf "$work"' EXIT
@@ -50,8 +38,21 @@ registered() {
       "$wine64" reg query 'HKCU\Software\Classes\CLSID' /s 2>/dev/null | grep -q 'ZEQUtility2.dll'
   fi
 }
-runs_quietly() { timeout 120 "$wine32" "$@" >/dev/null 2>&1; }
+runs_quietly() { timeout 120 "$wine32" "$@"; }
+fails() {
+  runs_quietly "$@"
+  [ $? -eq 2 ]
+}
+# uninstall PROGRAM: the uninstaller goes on as a copy of itself; the environment ends when that has ended.
+uninstall() { runs_quietly "$1" /S && timeout 60 /usr/lib/wine/wineserver64 -w; }
 same() { diff "$work/before.$1" "$work/after.$1" >"$work/difference" || { head -n 20 "$work/difference"; return 1; }; }
+
+# leaves_all_as_it_was CASE: compares with what was there before.
+leaves_all_as_it_was() {
+  everything after
+  run_command "$1: leaves the registry as it was" same registry
+  run_command "$1: leaves the files as they were" same files
+}
 
 # The scripting host registers its own type library when it first runs, and Windows always has the keys below.
 warm_up() {
@@ -66,19 +67,59 @@ for scope in AllUsers CurrentUser; do
   use_prefix "package-$scope"
   warm_up
   everything before
-  check "$scope: installs" runs_quietly "$installer" /S "/$scope"
-  check "$scope: is registered" registered "$scope"
-  check "$scope: installs over itself" runs_quietly "$installer" /S "/$scope"
-  check "$scope: is still registered" registered "$scope"
-  uninstaller=$(find "$WINEPREFIX/drive_c" -path '*ZEQUtility2/uninstall.exe' | head -n 1)
-  check "$scope: uninstalls" runs_quietly "$uninstaller" /S
-  # The uninstaller goes on as a copy of itself; the environment ends when that has ended.
-  timeout 60 /usr/lib/wine/wineserver64 -w
-  everything after
-  check "$scope: leaves the registry as it was" same registry
-  check "$scope: leaves the files as they were" same files
+  run_command "$scope: installs" runs_quietly "$installer" /S "/$scope"
+  run_command "$scope: is registered" registered "$scope"
+  run_command "$scope: installs over itself" runs_quietly "$installer" /S "/$scope"
+  run_command "$scope: is still registered" registered "$scope"
+  run_command "$scope: uninstalls" uninstall "$(find "$WINEPREFIX/drive_c" -path '*ZEQUtility2/uninstall.exe' | head -n 1)"
+  leaves_all_as_it_was "$scope"
   stop_prefix
 done
 
-printf '%d passed, %d failed\n' "$passed" "$failed"
-[ "$failed" -eq 0 ]
+# broken_installer: one whose 64-bit library is none.
+broken_installer() {
+  local stage version
+  version=${installer##*/ZEQUtility2-}
+  version=${version%-setup.exe}
+  stage=$build/package/ZEQUtility2-$version
+  cp -r "$stage" "$stage.uninstall.nsh" "$work"
+  echo "no library" >"$work/ZEQUtility2-$version/win64/ZEQUtility2.dll"
+  makensis -V1 -X'SetCompress off' -DVERSION="$version" -DSTAGE="$work/ZEQUtility2-$version" -DOUTPUT="$work/broken-setup.exe" \
+    packaging/ZEQUtility2.nsi
+}
+
+rm -rf "$build/prefix-package-failing"
+use_prefix package-failing
+warm_up
+folder='C:\ZEQ'
+installed=$WINEPREFIX/drive_c/ZEQ
+everything before
+run_command "an installer with a broken library is made" broken_installer
+run_command "broken library: fails" fails "$work/broken-setup.exe" /S /AllUsers "/D=$folder"
+leaves_all_as_it_was "broken library"
+run_command "installs before a failure" runs_quietly "$installer" /S /AllUsers "/D=$folder"
+run_command "broken library over an installation: fails" fails "$work/broken-setup.exe" /S /AllUsers "/D=$folder"
+leaves_all_as_it_was "broken library over an installation"
+
+run_command "installs before another failure" runs_quietly "$installer" /S /AllUsers "/D=$folder"
+rm "$installed/README.md"
+mkdir "$installed/README.md" # A folder, where the installer cannot write its file.
+run_command "a file that cannot be written over an installation: fails" fails "$installer" /S /AllUsers "/D=$folder"
+run_command "a file that cannot be written over an installation: is still registered" registered AllUsers
+run_command "uninstalls what a failure left" uninstall "$installed/uninstall.exe"
+
+mkdir -p "$installed/README.md"
+everything before
+run_command "a file that cannot be written: fails" fails "$installer" /S /AllUsers "/D=$folder"
+leaves_all_as_it_was "a file that cannot be written"
+rm -r "$installed"
+
+program=$WINEPREFIX/drive_c/windows/system32/regsvr32.exe
+rm "$program" # The file is one with those of the other environments.
+echo "no program" >"$program"
+everything before
+run_command "regsvr32 that does not start: fails" fails "$installer" /S /AllUsers "/D=$folder"
+leaves_all_as_it_was "regsvr32 that does not start"
+stop_prefix
+
+report_total
