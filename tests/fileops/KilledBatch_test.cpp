@@ -22,6 +22,7 @@
 
 #include "fileops/Recorder.h"
 #include "support/Component.h"
+#include "support/EntryPoint.h"
 #include "support/ImportHook.h"
 #include "support/Process.h"
 
@@ -257,8 +258,7 @@ template <std::size_t call, std::size_t... argument>
 std::unique_ptr<ImportHook> hookKernelCall(std::index_sequence<argument...> /*arguments*/) {
   using Call = KernelCall<call, argument...>;
   const char* name = kernelCalls[call].first;
-  const FARPROC address = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name);
-  Call::made = reinterpret_cast<decltype(Call::made)>(reinterpret_cast<void*>(address));
+  Call::made = entryPoint<decltype(Call::made)>(GetModuleHandleW(L"ntdll.dll"), name);
   return std::make_unique<ImportHook>(GetModuleHandleW(L"kernelbase.dll"), name, &Call::counted);
 }
 

@@ -8,6 +8,7 @@
 
 #include "fileops/ExecutionTest.h"
 #include "support/ImportHook.h"
+#include "support/IniText.h"
 
 namespace zeq::test {
 namespace {
@@ -69,10 +70,6 @@ class ShellTransferTest : public ExecutionTest {
 
   ImportHook hook{component(), "SHFileOperationA", &answer};
 };
-
-std::string narrow(const std::wstring& text) {
-  return {text.begin(), text.end()};
-}
 
 TEST_F(ShellTransferTest, HandsTheShellOneFile) {
   const std::wstring source = sandbox.file(L"a.txt", 5);

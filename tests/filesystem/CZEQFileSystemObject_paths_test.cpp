@@ -7,6 +7,7 @@
 
 #include "filesystem/FileSystemTest.h"
 #include "filesystem/ScriptingInterfaces.h"
+#include "support/Printable.h"
 
 namespace zeq::test {
 namespace {
@@ -97,14 +98,6 @@ constexpr std::array ends{
     End{L"\x00E9\x4E2D.\x03A9", L"\x03A9"},
 };
 
-std::string narrow(std::wstring_view text) {
-  std::string result;
-  for (const wchar_t each : text) {
-    result += each >= L' ' && each < 127 ? static_cast<char>(each) : '#';
-  }
-  return result;
-}
-
 TEST_F(PathsOfFileSystemObject, AgreeWithTheScriptingRuntime) {
   static_assert(starts.size() * ends.size() >= 150);
   struct Compared {
@@ -118,7 +111,7 @@ TEST_F(PathsOfFileSystemObject, AgreeWithTheScriptingRuntime) {
     for (const End& end : ends) {
       const std::wstring path = std::wstring(start.text).append(end.text);
       for (const Compared& member : members) {
-        EXPECT_EQ(textOf(member.ours, path), runtimeText(member.theirs, path)) << narrow(path);
+        EXPECT_EQ(textOf(member.ours, path), runtimeText(member.theirs, path)) << printable(path);
       }
     }
   }
@@ -130,11 +123,11 @@ TEST_F(PathsOfFileSystemObject, HaveTheExtensionOfTheirLastComponent) {
       const std::wstring path = std::wstring(start.text).append(end.text);
       // With nothing after it, the start is itself what the path ends with.
       const std::wstring_view stated = end.text.empty() && path.ends_with(L".d\\") ? L"d"sv : end.extension;
-      EXPECT_EQ(textOf(&Fso::FSO_GetExtensionName, path), stated) << narrow(path);
+      EXPECT_EQ(textOf(&Fso::FSO_GetExtensionName, path), stated) << printable(path);
       // Wine's scripting runtime takes the last dot of the whole path, whatever component it is in.
       const std::size_t dot = path.rfind(L'.');
       if (dot == std::wstring::npos || path.find_first_of(L"\\/", dot) == std::wstring::npos) {
-        EXPECT_EQ(stated, runtimeText(&IFileSystem::GetExtensionName, path)) << narrow(path);
+        EXPECT_EQ(stated, runtimeText(&IFileSystem::GetExtensionName, path)) << printable(path);
       }
     }
   }
@@ -147,16 +140,16 @@ TEST_F(PathsOfFileSystemObject, NameTheirDriveOrShare) {
       // A drive that only the path's end names: "a:b.c".
       const std::wstring_view stated =
           start.text.empty() && end.text.starts_with(L"a:") ? L"a:"sv : start.drive;
-      EXPECT_EQ(textOf(&Fso::FSO_GetDriveName, path), stated) << narrow(path);
+      EXPECT_EQ(textOf(&Fso::FSO_GetDriveName, path), stated) << printable(path);
       if (!start.isShare()) {  // Wine's scripting runtime names no shares.
-        EXPECT_EQ(stated, runtimeText(&IFileSystem::GetDriveName, path)) << narrow(path);
+        EXPECT_EQ(stated, runtimeText(&IFileSystem::GetDriveName, path)) << printable(path);
       }
     }
   }
   EXPECT_EQ(textOf(&Fso::FSO_GetDriveName, L"\\\\server\\share"), L"\\\\server\\share");
   for (const wchar_t* path :
        {L"\\\\server", L"\\\\server\\", L"\\\\", L"\\\\\\share", L"\\\\server\\\\share", L":", L"C"}) {
-    EXPECT_EQ(textOf(&Fso::FSO_GetDriveName, path), L"") << narrow(path);
+    EXPECT_EQ(textOf(&Fso::FSO_GetDriveName, path), L"") << printable(path);
   }
 }
 
@@ -182,13 +175,13 @@ TEST_F(PathsOfFileSystemObject, HaveAnAbsoluteForm) {
     for (const End& end : ends) {
       const std::wstring path = std::wstring(start.text).append(end.text);
       const std::wstring ours = textOf(&Fso::FSO_GetAbsolutePathName, path);
-      EXPECT_EQ(ours, fullPath(path)) << narrow(path);
+      EXPECT_EQ(ours, fullPath(path)) << printable(path);
       // Wine's scripting runtime cuts a path after the first folder that is not there, and takes the server
       // of a share for such a folder.
       const bool isDirectChild =
           ours.size() >= 2 && ours[1] == L':' && ours.find(L'\\', 3) == std::wstring::npos;
       if (isDirectChild) {
-        EXPECT_EQ(ours, runtimeText(&IFileSystem::GetAbsolutePathName, path)) << narrow(path);
+        EXPECT_EQ(ours, runtimeText(&IFileSystem::GetAbsolutePathName, path)) << printable(path);
         ++compared;
       }
     }
@@ -222,7 +215,7 @@ TEST_F(PathsOfFileSystemObject, AreBuiltWithExactlyOneSeparator) {
       if (!theirs.empty() && theirs.back() == L'\0') {
         theirs.pop_back();  // Wine's counts one character too many after a drive.
       }
-      EXPECT_EQ(buildPath(path, name), theirs) << narrow(path) << " + " << narrow(name);
+      EXPECT_EQ(buildPath(path, name), theirs) << printable(path) << " + " << printable(name);
     }
   }
   // To Wine's a "/" is no separator here, though it is one to its other operations; and it reads the
@@ -288,10 +281,10 @@ TEST_F(PathsOfFileSystemObject, AreSplit) {
     EXPECT_EQ(
         fso->FSO_SplitFullFilePath(Bstr(each.path).get(), &outputs[0], &outputs[1], &outputs[2], &result),
         S_OK);
-    EXPECT_EQ(automation::text(outputs[0]), each.folder) << narrow(each.path);
-    EXPECT_EQ(automation::text(outputs[1]), each.base) << narrow(each.path);
-    EXPECT_EQ(automation::text(outputs[2]), each.extension) << narrow(each.path);
-    EXPECT_EQ(isTrue(result), each.result) << narrow(each.path);
+    EXPECT_EQ(automation::text(outputs[0]), each.folder) << printable(each.path);
+    EXPECT_EQ(automation::text(outputs[1]), each.base) << printable(each.path);
+    EXPECT_EQ(automation::text(outputs[2]), each.extension) << printable(each.path);
+    EXPECT_EQ(isTrue(result), each.result) << printable(each.path);
     for (BSTR output : outputs) {
       SysFreeString(output);
     }

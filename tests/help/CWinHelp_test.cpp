@@ -10,6 +10,7 @@
 #include "automation/TypeInfo.h"
 #include "help/HelpViewers.h"
 #include "support/Component.h"
+#include "support/EntryPoint.h"
 #include "support/Leaks.h"
 
 namespace zeq::test {
@@ -613,8 +614,7 @@ TEST(CWinHelpWithoutHtmlHelp, LosesOnlyTheHelp) {
     librariesAskedFor = 0;
     const ImportHook hook(module, "LoadLibraryExW", &noLibrary);
     using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto getClassObject = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
+    const auto getClassObject = entryPoint<GetClassObject>(module, "DllGetClassObject");
     ComPtr<IClassFactory> factory;
     ASSERT_EQ(getClassObject(__uuidof(CWinHelp), IID_IClassFactory, factory.outVoid()), S_OK);
     ComPtr<_CWinHelp> help;

@@ -13,6 +13,7 @@
 #include "support/Component.h"
 #include "support/Deployment.h"
 #include "support/EventLog.h"
+#include "support/Printable.h"
 #include "support/TempFolder.h"
 #include "support/TypeLibrary.h"
 #include "wizard/Step.h"
@@ -21,10 +22,6 @@ namespace zeq::test {
 namespace {
 
 using testing::ElementsAre;
-
-std::string narrow(const std::wstring& text) {
-  return {text.begin(), text.end()};
-}
 
 /// What a thread does with objects of its own. Throws if anything comes out wrong.
 void useEveryKindOfCall(const LoadedComponent& loaded) {
@@ -114,7 +111,7 @@ class ApartmentsTest : public testing::Test {
 
 TEST_F(ApartmentsTest, ReachEveryClassThroughItsInterfaceAndByName) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
-    SCOPED_TRACE(narrow(type.name));
+    SCOPED_TRACE(printable(type.name));
     const LibraryType description = implementedBy(type).front().type;
     const auto proxy = createThere(type.guid, description.guid);
     const auto dispatch = proxy.query<IDispatch>(IID_IDispatch);

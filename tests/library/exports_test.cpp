@@ -13,6 +13,8 @@
 
 #include "support/Component.h"
 #include "support/Deployment.h"
+#include "support/EntryPoint.h"
+#include "support/Printable.h"
 #include "support/TempFolder.h"
 #include "support/TypeLibrary.h"
 
@@ -40,9 +42,7 @@ std::vector<std::string> importedModules(HMODULE module) {
 
 HRESULT getClassObject(REFCLSID clsid, REFIID iid, void** object) {
   using Function = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  const auto function =
-      reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), "DllGetClassObject")));
-  return function(clsid, iid, object);
+  return entryPoint<Function>(component(), "DllGetClassObject")(clsid, iid, object);
 }
 
 /// A new object of a class that is known by its CLSID only.
@@ -60,10 +60,6 @@ bool isEventSource(const LibraryType& coclass, GUID& events) {
     }
   }
   return false;
-}
-
-std::string narrow(const std::wstring& text) {
-  return {text.begin(), text.end()};
 }
 
 TEST(ComponentTest, ExportsTheEntryPoints) {
@@ -199,29 +195,29 @@ TEST(UnloadTest, LeavesNothingBehindWhenItIsLoadedOnceMore) {
 TEST(EveryClassTest, IsMadeByItsFactory) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     ComPtr<IClassFactory> factory;
-    EXPECT_EQ(getClassObject(type.guid, IID_IClassFactory, factory.outVoid()), S_OK) << narrow(type.name);
+    EXPECT_EQ(getClassObject(type.guid, IID_IClassFactory, factory.outVoid()), S_OK) << printable(type.name);
     if (!factory) {
       continue;
     }
     ComPtr<IUnknown> object;
-    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, object.outVoid()), S_OK) << narrow(type.name);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, object.outVoid()), S_OK) << printable(type.name);
     object.reset();
     EXPECT_EQ(factory->CreateInstance(factory.get(), IID_IUnknown, object.outVoid()), CLASS_E_NOAGGREGATION)
-        << narrow(type.name);
+        << printable(type.name);
   }
   EXPECT_TRUE(canUnload());
 }
 
 TEST(EveryClassTest, DescribesItself) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
-    SCOPED_TRACE(narrow(type.name));
+    SCOPED_TRACE(printable(type.name));
     const auto object = createObject(type.guid);
     UINT count = 0;
     ComPtr<ITypeInfo> own;
     ASSERT_EQ(object->GetTypeInfoCount(&count), S_OK);
     EXPECT_EQ(count, 1U);
     ASSERT_EQ(object->GetTypeInfo(0, LOCALE_NEUTRAL, own.out()), S_OK);
-    EXPECT_EQ(narrow(describeType(own).name), "_" + narrow(type.name));
+    EXPECT_EQ(printable(describeType(own).name), "_" + printable(type.name));
     ComPtr<ITypeInfo> none;
     EXPECT_EQ(object->GetTypeInfo(1, LOCALE_NEUTRAL, none.out()), DISP_E_BADINDEX);
 
@@ -251,7 +247,7 @@ TEST(EveryClassTest, DescribesItself) {
 
 TEST(EveryClassTest, IsOneObjectThroughAllItsInterfaces) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
-    SCOPED_TRACE(narrow(type.name));
+    SCOPED_TRACE(printable(type.name));
     const auto object = createObject(type.guid);
     const auto identity = object.query<IUnknown>(IID_IUnknown);
     for (const IID& iid :

@@ -11,6 +11,7 @@
 
 #include "support/Component.h"
 #include "support/Deployment.h"
+#include "support/EntryPoint.h"
 #include "support/Process.h"
 #include "support/RegistrySnapshot.h"
 #include "support/TempFolder.h"
@@ -30,15 +31,7 @@ constexpr const wchar_t* platformKey = L"win32";
 #endif
 
 HRESULT callServer(const char* name) {
-  using Function = HRESULT(STDAPICALLTYPE*)();
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(component(), name)))();
-}
-
-std::wstring textOf(REFGUID guid) {
-  std::wstring text(39, L'\0');
-  StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));
-  text.pop_back();
-  return text;
+  return entryPoint<HRESULT(STDAPICALLTYPE*)()>(component(), name)();
 }
 
 /// The GUID of the type library, which never changes.
@@ -142,7 +135,7 @@ class RegistrationTest : public testing::Test {
 
   static void expectRegistered(HKEY root) {
     std::set<std::wstring> names;
-    const std::wstring library = textOf(libraryId());
+    const std::wstring library = guidText(libraryId());
     for (const std::wstring& progId : registeredNames(root)) {
       const std::wstring clsid = value(root, progId + L"\\CLSID").value_or(L"");
       const std::wstring key = L"CLSID\\" + clsid;
@@ -164,7 +157,7 @@ class RegistrationTest : public testing::Test {
 
     for (const LibraryType& type : libraryTypes(TKIND_DISPATCH)) {
       const bool isDual = (type.flags & TYPEFLAG_FDUAL) != 0;
-      const std::wstring key = L"Interface\\" + textOf(type.guid);
+      const std::wstring key = L"Interface\\" + guidText(type.guid);
       EXPECT_EQ(value(root, key), type.name);
       EXPECT_EQ(value(root, key + L"\\ProxyStubClsid32"), isDual ? L"{00020424-0000-0000-C000-000000000046}"
                                                                  : L"{00020420-0000-0000-C000-000000000046}");
@@ -184,7 +177,7 @@ class RegistrationTest : public testing::Test {
     for (const std::wstring& progId : registeredNames(root)) {
       CLSID id{};
       EXPECT_EQ(CLSIDFromProgID(progId.c_str(), &id), S_OK);
-      EXPECT_EQ(textOf(id), value(root, progId + L"\\CLSID"));
+      EXPECT_EQ(guidText(id), value(root, progId + L"\\CLSID"));
       ComPtr<IDispatch> object;
       EXPECT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.outVoid()), S_OK);
     }
@@ -274,7 +267,7 @@ TEST_F(RegistrationTest, LeavesNothingIfItCannotWriteAll) {
 TEST_F(RegistrationTest, KeepsAnEarlierRegistrationIfItCannotWriteAll) {
   ASSERT_EQ(install(true, L"user"), S_OK);
   const std::wstring drive = std::wstring(classesPath) + L"\\" + driveProgId;
-  const std::wstring help = std::wstring(classesPath) + L"\\TypeLib\\" + textOf(libraryId()) + L"\\1.0";
+  const std::wstring help = std::wstring(classesPath) + L"\\TypeLib\\" + guidText(libraryId()) + L"\\1.0";
   ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, help.c_str(), nullptr, REG_EXPAND_SZ, L"an earlier text", 32),
             ERROR_SUCCESS);
   ASSERT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, drive.c_str()), ERROR_SUCCESS);

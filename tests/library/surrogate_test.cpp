@@ -21,20 +21,13 @@ using testing::ElementsAre;
 
 constexpr const wchar_t* applicationId = L"{5B0C7A53-9C0E-4E0B-8A53-6E5B7C4C1D11}";
 
-std::wstring textOf(REFGUID guid) {
-  std::wstring text(39, L'\0');
-  StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));
-  text.pop_back();
-  return text;
-}
-
 /// What an administrator adds to the registration of the 32-bit DLL to allow the surrogate.
 class SurrogateSettings {
  public:
   explicit SurrogateSettings(const std::vector<CLSID>& classes) {
     set(std::wstring(L"AppID\\") + applicationId, L"DllSurrogate", L"");
     for (const CLSID& clsid : classes) {
-      set(L"CLSID\\" + textOf(clsid), L"AppID", applicationId);
+      set(L"CLSID\\" + guidText(clsid), L"AppID", applicationId);
     }
   }
   /// The settings of the classes go with their registration.

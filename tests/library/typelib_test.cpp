@@ -12,19 +12,13 @@
 #include <vector>
 
 #include "support/Component.h"
+#include "support/Printable.h"
 #include "support/TypeLibrary.h"
 
 namespace zeq::test {
 namespace {
 
 using testing::IsEmpty;
-
-std::string narrow(std::wstring_view text) {
-  std::string result;
-  std::transform(text.begin(), text.end(), std::back_inserter(result),
-                 [](wchar_t c) { return static_cast<char>(c); });
-  return result;
-}
 
 constexpr WORD applicationObject = TYPEFLAG_FAPPOBJECT | TYPEFLAG_FPREDECLID;
 
@@ -52,30 +46,30 @@ Surface expectedSurface() {
 Surface builtSurface() {
   Surface surface;
   for (const LibraryType& type : libraryTypes(TKIND_ENUM)) {
-    auto& members = surface["enum " + narrow(type.name)];
+    auto& members = surface["enum " + printable(type.name)];
     for (const std::wstring& member : enumeratorsOf(type)) {
-      members.insert(narrow(member));
+      members.insert(printable(member));
     }
   }
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     const bool isGlobal = (type.flags & TYPEFLAG_FAPPOBJECT) != 0;
-    auto& members = surface[(isGlobal ? "global class " : "class ") + narrow(type.name)];
+    auto& members = surface[(isGlobal ? "global class " : "class ") + printable(type.name)];
     for (const Implemented& implemented : implementedBy(type)) {
       if ((implemented.flags & IMPLTYPEFLAG_FDEFAULT) == 0) {
         continue;
       }
       const bool isSource = (implemented.flags & IMPLTYPEFLAG_FSOURCE) != 0;
       for (const LibraryMember& member : membersOf(implemented.type)) {
-        const std::string text = narrow(member.text);
+        const std::string text = printable(member.text);
         members.insert(isSource ? "event" + text.substr(text.find(' ')) : text);
       }
     }
   }
   for (const LibraryType& type : libraryTypes(TKIND_DISPATCH)) {
     if (!type.name.starts_with(L'_')) {
-      auto& members = surface["interface " + narrow(type.name)];
+      auto& members = surface["interface " + printable(type.name)];
       for (const LibraryMember& member : membersOf(type)) {
-        members.insert(narrow(member.text));
+        members.insert(printable(member.text));
       }
     }
   }
@@ -119,12 +113,12 @@ TEST(TypeLibraryTest, DescribesEveryTypeAndMember) {
   for (const TYPEKIND kind : {TKIND_COCLASS, TKIND_DISPATCH, TKIND_INTERFACE, TKIND_ENUM}) {
     for (const LibraryType& type : libraryTypes(kind)) {
       if (type.help.empty()) {
-        silent.push_back(narrow(type.name));
+        silent.push_back(printable(type.name));
       }
       for (const LibraryMember& member :
            kind == TKIND_DISPATCH ? membersOf(type) : std::vector<LibraryMember>()) {
         if (member.help.empty()) {
-          silent.push_back(narrow(type.name + L"." + member.name));
+          silent.push_back(printable(type.name + L"." + member.name));
         }
       }
     }
@@ -138,7 +132,7 @@ TEST(TypeLibraryTest, PredeclaresTheGlobalClassesOnly) {
                                       L"CZEQFileSystemObject"};
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     const WORD wanted = TYPEFLAG_FCANCREATE | (global.contains(type.name) ? applicationObject : 0);
-    EXPECT_EQ(type.flags & (TYPEFLAG_FCANCREATE | applicationObject), wanted) << narrow(type.name);
+    EXPECT_EQ(type.flags & (TYPEFLAG_FCANCREATE | applicationObject), wanted) << printable(type.name);
   }
 }
 
@@ -147,10 +141,10 @@ TEST(TypeLibraryTest, GivesEveryClassItsHiddenDualInterface) {
     const auto implemented = implementedBy(type);
     const auto own = std::find_if(implemented.begin(), implemented.end(),
                                   [](const auto& each) { return each.flags == IMPLTYPEFLAG_FDEFAULT; });
-    ASSERT_NE(own, implemented.end()) << narrow(type.name);
-    EXPECT_EQ(narrow(own->type.name), "_" + narrow(type.name));
+    ASSERT_NE(own, implemented.end()) << printable(type.name);
+    EXPECT_EQ(printable(own->type.name), "_" + printable(type.name));
     constexpr WORD wanted = TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL;
-    EXPECT_EQ(own->type.flags & wanted, wanted) << narrow(type.name);
+    EXPECT_EQ(own->type.flags & wanted, wanted) << printable(type.name);
   }
 }
 
@@ -159,7 +153,7 @@ TEST(TypeLibraryTest, GivesEveryEventInterfaceToItsClass) {
   for (const LibraryType& type : libraryTypes(TKIND_COCLASS)) {
     for (const Implemented& implemented : implementedBy(type)) {
       if ((implemented.flags & IMPLTYPEFLAG_FSOURCE) != 0) {
-        EXPECT_EQ(narrow(implemented.type.name), "__" + narrow(type.name));
+        EXPECT_EQ(printable(implemented.type.name), "__" + printable(type.name));
         EXPECT_EQ(implemented.flags, IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
         EXPECT_EQ(implemented.type.flags & (TYPEFLAG_FHIDDEN | TYPEFLAG_FDUAL), TYPEFLAG_FHIDDEN);
         sources.insert(implemented.type.name);
@@ -167,7 +161,7 @@ TEST(TypeLibraryTest, GivesEveryEventInterfaceToItsClass) {
     }
   }
   for (const LibraryType& type : libraryTypes(TKIND_DISPATCH)) {
-    EXPECT_EQ(sources.contains(type.name), type.name.starts_with(L"__")) << narrow(type.name);
+    EXPECT_EQ(sources.contains(type.name), type.name.starts_with(L"__")) << printable(type.name);
   }
 }
 

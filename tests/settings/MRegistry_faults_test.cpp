@@ -5,6 +5,7 @@
 #include <string>
 
 #include "settings/MRegistry.h"
+#include "support/EntryPoint.h"
 #include "support/ImportHook.h"
 #include "support/IniText.h"
 #include "support/TestKey.h"
@@ -20,8 +21,7 @@ using test::TestKey;
 /// The system's own function, of the type of the one that stands in for it here.
 template <class Function>
 Function* systemFunction(const char* name, Function*) {
-  return reinterpret_cast<Function*>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"advapi32.dll"), name)));
+  return test::entryPoint<Function*>(GetModuleHandleW(L"advapi32.dll"), name);
 }
 
 /// What stands in for the system's functions.

@@ -6,18 +6,10 @@
 #include <utility>
 
 #include "support/ClientObject.h"
+#include "support/EntryPoint.h"
 
 namespace zeq::test {
 namespace {
-
-template <class Function>
-Function entryPoint(const char* name) {
-  const FARPROC address = GetProcAddress(component(), name);
-  if (address == nullptr) {
-    throw std::runtime_error(name);
-  }
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
 
 class SinkObject final : public ClientObject<> {
  public:
@@ -48,7 +40,7 @@ HMODULE component() {
 
 ComPtr<IClassFactory> classFactory(REFCLSID clsid) {
   using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  static const auto getClassObject = entryPoint<GetClassObject>("DllGetClassObject");
+  static const auto getClassObject = entryPoint<GetClassObject>(component(), "DllGetClassObject");
   ComPtr<IClassFactory> factory;
   automation::check(getClassObject(clsid, IID_IClassFactory, factory.outVoid()));
   return factory;
@@ -56,7 +48,7 @@ ComPtr<IClassFactory> classFactory(REFCLSID clsid) {
 
 bool canUnload() {
   using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
-  static const auto canUnloadNow = entryPoint<CanUnloadNow>("DllCanUnloadNow");
+  static const auto canUnloadNow = entryPoint<CanUnloadNow>(component(), "DllCanUnloadNow");
   return canUnloadNow() == S_OK;
 }
 

@@ -2,22 +2,11 @@
 
 #include <stdexcept>
 
+#include "support/EntryPoint.h"
 #include "support/Process.h"
 #include "support/TempFolder.h"
 
 namespace zeq::test {
-namespace {
-
-template <class Function>
-Function entryPoint(HMODULE module, const char* name) {
-  const FARPROC address = GetProcAddress(module, name);
-  if (address == nullptr) {
-    throw std::runtime_error(name);
-  }
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
-
-}  // namespace
 
 std::wstring componentPath() {
   std::wstring path(MAX_PATH, L'\0');
@@ -35,6 +24,13 @@ std::wstring otherComponentPath() {
   }
   path.replace(at, own.size(), other);
   return exists(path) ? path : std::wstring();
+}
+
+std::wstring guidText(REFGUID guid) {
+  std::wstring text(39, L'\0');
+  StringFromGUID2(guid, text.data(), static_cast<int>(text.size()));
+  text.pop_back();
+  return text;
 }
 
 HRESULT install(bool installs, const wchar_t* commandLine) {

@@ -15,6 +15,9 @@ namespace zeq::test {
 /// The DLL of the other bitness, where the build leaves it; empty if it is not built.
 [[nodiscard]] std::wstring otherComponentPath();
 
+/// A GUID as the registry has it, in braces.
+[[nodiscard]] std::wstring guidText(REFGUID guid);
+
 /// Calls DllInstall: for everybody with a null pointer, for the user with "user".
 HRESULT install(bool installs, const wchar_t* commandLine);
 

@@ -10,14 +10,10 @@
 #include <vector>
 
 #include "support/Allocations.h"
+#include "support/EntryPoint.h"
 
 namespace zeq::test {
 namespace {
-
-template <class Function>
-Function entryPoint(HMODULE module, const char* name) {
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
 
 std::size_t busyBlocks() {
   std::array<HANDLE, 64> heaps{};

@@ -3,20 +3,14 @@
 #include <cstdio>
 #include <cwctype>
 
+#include "support/Printable.h"
 #include "torture/Report.h"
 
 namespace zeq::torture {
 namespace {
 
+using test::printable;
 using test::Variant;
-
-std::string printed(const std::wstring& text) {
-  std::string result;
-  for (const wchar_t character : text) {
-    result += character >= L' ' && character < 127 ? static_cast<char>(character) : '?';
-  }
-  return result;
-}
 
 test::Late newObject(REFCLSID clsid) {
   automation::ComPtr<IDispatch> object;
@@ -56,7 +50,7 @@ Subject::Subject(Random& random, std::string name, REFCLSID clsid)
     : random_(random), name_(std::move(name)), object_(newObject(clsid)) {}
 
 test::Outcome Subject::invoke(const wchar_t* member, WORD flags, std::vector<Variant> variables) const {
-  setCurrent("model of " + name_ + ", " + printed(member));
+  setCurrent("model of " + name_ + ", " + printable(member));
   std::vector<VARIANT> arguments;
   for (Variant& variable : variables) {
     arguments.push_back(dressed(random_, variable));
@@ -95,7 +89,7 @@ std::vector<std::wstring> Subject::items() const {
 }
 
 void Subject::fail(const wchar_t* member, const std::wstring& what) const {
-  throw Violation(name_ + "." + printed(member) + " " + printed(what));
+  throw Violation(name_ + "." + printable(member) + " " + printable(what));
 }
 
 }  // namespace zeq::torture

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "automation/TypeInfo.h"
+#include "support/Printable.h"
 #include "torture/Report.h"
 
 namespace zeq::torture {
@@ -76,10 +77,6 @@ std::string describeType(const VARIANT& argument) {
   return text;
 }
 
-std::string narrow(const std::wstring& name) {
-  return {name.begin(), name.end()};
-}
-
 }  // namespace
 
 World::World(Random& random)
@@ -145,7 +142,7 @@ void World::step() {
 
 void World::create() {
   const Class& type = random_.pick(classes_);
-  setCurrent("create " + narrow(type.name));
+  setCurrent("create " + test::printable(type.name));
   ComPtr<IDispatch> object;
   check(test::classFactory(type.clsid)->CreateInstance(nullptr, IID_IDispatch, object.outVoid()));
   live_.push_back({&type, std::move(object)});
@@ -155,7 +152,7 @@ void World::forget() {
   const std::size_t index = random_.below(live_.size());
   const Live gone = std::move(live_[index]);
   live_.erase(live_.begin() + static_cast<std::ptrdiff_t>(index));
-  setCurrent("release " + narrow(gone.type->name));
+  setCurrent("release " + test::printable(gone.type->name));
   emptyCollection(*gone.object);
 }
 
