@@ -80,6 +80,11 @@ std::size_t wordsOf(const Parameter& parameter) noexcept {
   }
 }
 
+bool asksAnObject(VARIANT& given) noexcept {
+  const VARIANT* inner = behindVariable(&given);
+  return inner != nullptr && objectIn(*inner) != nullptr;
+}
+
 HRESULT Argument::prepare(const Parameter& parameter, VARIANT* given, LCID locale) noexcept {
   parameter_ = &parameter;
   if (given == nullptr) {

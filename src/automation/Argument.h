@@ -31,6 +31,10 @@ struct Parameter {
 /// How many machine words a parameter takes in the argument list.
 [[nodiscard]] std::size_t wordsOf(const Parameter& parameter) noexcept;
 
+/// True if a value is taken from an object of the client's, or the object itself looked at: its code runs
+/// then.
+[[nodiscard]] bool asksAnObject(VARIANT& given) noexcept;
+
 /// One argument of one call.
 class Argument {
  public:

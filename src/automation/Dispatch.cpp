@@ -166,12 +166,15 @@ class Call {
       : function_(function), passed_(passed), locale_(locale), argumentError_(argumentError) {}
 
   /// Makes the arguments ready to be passed.
-  HRESULT prepare(bool isPut) noexcept {
+  HRESULT prepare(void* object, bool isPut) noexcept {
     HRESULT outcome = assignArguments(function_, passed_, isPut, given_, argumentError_);
     if (FAILED(outcome)) {
       return outcome;
     }
     for (std::size_t i = 0; i < function_.parameters.size(); ++i) {
+      if (given_[i] != nullptr && asksAnObject(*given_[i])) {
+        alive_ = ComPtr<IUnknown>(static_cast<IUnknown*>(object));
+      }
       outcome = prepared_[i].prepare(function_.parameters[i], given_[i], locale_);
       if (FAILED(outcome)) {
         blame(i);
@@ -221,6 +224,7 @@ class Call {
   const DISPPARAMS& passed_;
   LCID locale_;
   UINT* argumentError_;
+  ComPtr<IUnknown> alive_;  ///< The object, if what runs before the call may release it.
   std::array<VARIANT*, maxParameters> given_{};
   std::array<Argument, maxParameters> prepared_;
   SlotArguments words_;
@@ -438,7 +442,7 @@ HRESULT DispatchTable::invoke(void* object, DISPID id, REFIID reserved, LCID loc
                                 function->kind == DISPATCH_PROPERTYGET && isObjectType(function->resultType);
   Call call(*function, forDefaultMember ? none : *arguments, locale, argumentError);
   VARIANT returned{};
-  HRESULT outcome = call.prepare(isPut);
+  HRESULT outcome = call.prepare(object, isPut);
   if (SUCCEEDED(outcome)) {
     outcome = call.run(object, returned, exception);
   }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "automation/ProbeObject.h"
+#include "support/ClientValue.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 
@@ -772,6 +773,26 @@ TEST_F(DispatchTest, AWrittenVariableMayBeClearedWhileItsMemberRuns) {
   EXPECT_EQ(probe.call(L"Ask", byRef(answer), byRef(count), byRef(text)).code, S_OK);
   EXPECT_EQ(count.get().lVal, 9);
   EXPECT_EQ(textIn(text), L"text");
+}
+
+TEST_F(DispatchTest, AnArgumentsObjectMayReleaseTheObjectThatIsCalled) {
+  bool isGone = false;
+  auto only = ComPtr<IDispatch>::attach(static_cast<_Probe*>(ProbeObject::make().detach()));
+  EXPECT_EQ(
+      Late(only).put(L"Other", ClientValue::make([] { return Variant(); }, [&] { isGone = true; })).code,
+      S_OK);
+  Variant text = ClientValue::make([&] {
+    only.reset();
+    EXPECT_FALSE(isGone) << "while it is called";
+    return Variant(L"text");
+  });
+  DISPPARAMS parameters{&text.get(), nullptr, 1, 0};
+  Variant result;
+  EXPECT_EQ(only->Invoke(id(L"EchoText"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                         result.out(), nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(textIn(result), L"text");
+  EXPECT_TRUE(isGone);
 }
 
 TEST_F(DispatchTest, NothingLeaks) {
