@@ -1,10 +1,12 @@
 #include "support/Allocations.h"
 
 #include <windows.h>
+#include <malloc.h>
 #include <objbase.h>
 #include <objidl.h>
 #include <oleauto.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -118,6 +120,8 @@ class ComponentMemory {
   static void __cdecl release(void* block) noexcept {
     if (block != nullptr) {
       InterlockedDecrement(&blocks_);
+      // Whoever still reads it does not find what was there. Volatile, because else nobody seems to read it.
+      std::fill_n(static_cast<volatile BYTE*>(block), _msize(block), noValue);
     }
     std::free(block);
   }
@@ -142,6 +146,7 @@ class ComponentMemory {
     return isRefused() ? E_OUTOFMEMORY : CreateErrorInfo(error);
   }
 
+  static constexpr BYTE noValue = 0xDD;
   static inline LONG blocks_ = 0;
   ImportHook malloc_;
   ImportHook calloc_;

@@ -106,8 +106,8 @@ Sink::~Sink() {
 }
 
 void Sink::disconnect() {
-  if (cookie_ != 0) {
-    point_->Unadvise(std::exchange(cookie_, 0));
+  if (const auto point = std::exchange(point_, nullptr)) {
+    point->Unadvise(cookie_);
   }
 }
 

@@ -144,6 +144,7 @@ class Sink {
   Sink(const Sink&) = delete;
   Sink& operator=(const Sink&) = delete;
 
+  /// From now on the sink holds nothing of the source.
   void disconnect();
 
  private:

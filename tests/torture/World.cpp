@@ -20,10 +20,13 @@ using automation::Variant;
 namespace {
 
 constexpr std::size_t mostObjects = 60;
-constexpr std::size_t mostSinks = 20;
+constexpr std::size_t mostConnections = 20;
 constexpr std::size_t mostEnumerators = 10;
 constexpr std::size_t mostModels = 8;
 constexpr int deepest = 3;
+constexpr unsigned borrowingCalls = 25;   ///< In a hundred.
+constexpr int mostBorrowingCalls = 20;    ///< In a row.
+constexpr unsigned lettingHandlers = 40;  ///< In a hundred, during a borrowing call.
 
 /// Members that would end the test program, start other programs or wait for a person: they have tests of
 /// their own.
@@ -90,7 +93,7 @@ World::World(Random& random)
 }
 
 World::~World() {
-  sinks_.clear();
+  connections_.clear();
   retired_.clear();
   enumerators_.clear();
   while (!live_.empty()) {
@@ -125,13 +128,15 @@ void World::step() {
   } else if (kind < 11) {
     forget();
   } else if (kind < 14) {
-    connect();
-  } else if (kind < 16 && !sinks_.empty()) {
-    sinks_.erase(sinks_.begin() + static_cast<std::ptrdiff_t>(random_.below(sinks_.size())));
+    connect(random_.pick(live_));
+  } else if (kind < 16 && !connections_.empty()) {
+    disconnect(random_.below(connections_.size()));
   } else if (kind < 19) {
     enumerate();
   } else if (kind < 25) {
     playModel();
+  } else if (kind < 27 && live_.size() < mostObjects) {
+    insist();
   } else {
     callRandomMember();
   }
@@ -145,39 +150,63 @@ void World::create() {
   setCurrent("create " + test::printable(type.name));
   ComPtr<IDispatch> object;
   check(test::classFactory(type.clsid)->CreateInstance(nullptr, IID_IDispatch, object.outVoid()));
-  live_.push_back({&type, std::move(object)});
+  live_.push_back({&type, std::move(object), ++lastIdentity_});
 }
 
 void World::forget() {
-  const std::size_t index = random_.below(live_.size());
+  forget(random_.below(live_.size()));
+}
+
+void World::forget(std::size_t index) {
   const Live gone = std::move(live_[index]);
   live_.erase(live_.begin() + static_cast<std::ptrdiff_t>(index));
   setCurrent("release " + test::printable(gone.type->name));
   emptyCollection(*gone.object);
 }
 
-void World::connect() {
-  const Live& source = random_.pick(live_);
-  if (!source.type->hasEvents || sinks_.size() >= mostSinks) {
+void World::connect(const Live& source) {
+  if (!source.type->hasEvents || connections_.size() >= mostConnections) {
     return;
   }
   const ComPtr<IDispatch> object = source.object;
-  sinks_.push_back(std::make_unique<test::Sink>(object.get(), source.type->events,
-                                                [this](DISPID, std::vector<VARIANT*> arguments) {
-                                                  onEvent(arguments);
-                                                  return random_.chance(20) ? E_FAIL : S_OK;
-                                                }));
+  const long identity = source.identity;
+  auto sink = std::make_unique<test::Sink>(object.get(), source.type->events,
+                                           [this](DISPID, std::vector<VARIANT*> arguments) {
+                                             onEvent(arguments);
+                                             return random_.chance(20) ? E_FAIL : S_OK;
+                                           });
+  connections_.push_back({identity, std::move(sink)});
+}
+
+/// The sink may be the one that is being called: it is destroyed when the event is over.
+void World::disconnect(std::size_t index) {
+  const auto place = connections_.begin() + static_cast<std::ptrdiff_t>(index);
+  retired_.push_back(std::move(place->sink));
+  connections_.erase(place);
+  retired_.back()->disconnect();
 }
 
 void World::callRandomMember() {
-  const Live target = random_.pick(live_);
-  if (target.type->members.empty()) {
-    return;
+  const Live& target = random_.pick(live_);
+  if (!target.type->members.empty()) {
+    call(target, random_.pick(target.type->members), random_.chance(borrowingCalls));
   }
-  call(*target.type, target.object, random_.pick(target.type->members));
 }
 
-void World::call(const Class& type, const ComPtr<IDispatch>& object, const test::LibraryMember& member) {
+/// Calls a new object again and again without a reference beside that in the world, which a handler may drop.
+void World::insist() {
+  create();
+  const Class& type = *live_.back().type;
+  IDispatch* object = live_.back().object.get();
+  const long identity = live_.back().identity;
+  connect(live_.back());
+  for (int left = mostBorrowingCalls; left > 0 && isLive(identity) && !type.members.empty(); --left) {
+    call({&type, ComPtr<IDispatch>(object), identity}, random_.pick(type.members), true);
+  }
+}
+
+void World::call(Live target, const test::LibraryMember& member, bool borrows) {
+  const Class& type = *target.type;
   ++calls_;
   Arguments arguments(random_, keepsItsArgument(type.name, member.name) ? strangers_ : objectSource_);
   std::size_t count = member.parameters;
@@ -211,11 +240,10 @@ void World::call(const Class& type, const ComPtr<IDispatch>& object, const test:
                         static_cast<UINT>(names.size())};
   Variant result;
   EXCEPINFO exception{};
-  UINT argumentError = 0;
   const bool wantsResult = random_.chance(80);
-  const HRESULT code = object->Invoke(
-      member.id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, wantsResult ? &result.get() : nullptr,
-      random_.chance(90) ? &exception : nullptr, random_.chance(90) ? &argumentError : nullptr);
+  const HRESULT code =
+      invoke(std::move(target), borrows, member.id, flags, parameters, wantsResult ? &result.get() : nullptr,
+             random_.chance(90) ? &exception : nullptr);
   const HRESULT error = exception.scode;
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
@@ -235,10 +263,35 @@ void World::call(const Class& type, const ComPtr<IDispatch>& object, const test:
   }
 }
 
+/// The call itself. If it borrows the object from the world, a handler may drop the last reference meanwhile.
+HRESULT World::invoke(Live target, bool borrows, DISPID member, WORD flags, DISPPARAMS& parameters,
+                      VARIANT* result, EXCEPINFO* exception) {
+  IDispatch& object = *target.object;
+  borrows = borrows && isLive(target.identity);  // Making the arguments may have dropped it already.
+  if (borrows) {
+    borrowed_.push_back(target.identity);
+    target.object.reset();
+  }
+  UINT argumentError = 0;
+  const HRESULT code = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
+                                     exception, random_.chance(90) ? &argumentError : nullptr);
+  if (borrows) {
+    borrowed_.pop_back();
+  }
+  return code;
+}
+
+bool World::isLive(long identity) const {
+  return std::any_of(live_.begin(), live_.end(), [&](const Live& each) { return each.identity == identity; });
+}
+
 void World::keep(IDispatch* object) {
   const Class* type = object != nullptr && live_.size() < mostObjects ? classOf(object) : nullptr;
   if (type != nullptr) {
-    live_.push_back({type, ComPtr<IDispatch>(object)});
+    const auto known = std::find_if(live_.begin(), live_.end(),
+                                    [&](const Live& each) { return each.object.get() == object; });
+    const long identity = known != live_.end() ? known->identity : ++lastIdentity_;
+    live_.push_back({type, ComPtr<IDispatch>(object), identity});
   }
 }
 
@@ -338,21 +391,41 @@ void World::reenter() {
     return;
   }
   ++depth_;
+  const std::string outer = current();
   const std::size_t kind = random_.below(10);
-  if (kind < 3 && !live_.empty()) {
+  if (!borrowed_.empty() && random_.chance(lettingHandlers)) {
+    letBorrowedGo();
+  } else if (kind < 3 && !live_.empty()) {
     callRandomMember();
   } else if (kind == 3 && !live_.empty()) {
     forget();
-  } else if (kind == 4 && !sinks_.empty()) {
-    // The sink may be the one that is being called: it goes when the event is over.
-    const auto index = static_cast<std::ptrdiff_t>(random_.below(sinks_.size()));
-    retired_.push_back(std::move(sinks_[static_cast<std::size_t>(index)]));
-    sinks_.erase(sinks_.begin() + index);
-    retired_.back()->disconnect();
+  } else if (kind == 4 && !connections_.empty()) {
+    disconnect(random_.below(connections_.size()));
   } else if (kind == 5 && !live_.empty()) {
-    connect();
+    connect(random_.pick(live_));
   }
+  setCurrent(outer);
   --depth_;
+}
+
+/// Gives up all references to an object that is under a call, so that it may be gone before the call is over.
+void World::letBorrowedGo() {
+  const long identity = borrowed_.back();
+  const auto place = [](const auto& list, auto isWanted) {
+    return static_cast<std::size_t>(std::find_if(list.begin(), list.end(), isWanted) - list.begin());
+  };
+  const auto source = [&] {
+    return place(connections_, [&](const Connection& each) { return each.source == identity; });
+  };
+  const auto owned = [&] {
+    return place(live_, [&](const Live& each) { return each.identity == identity; });
+  };
+  for (std::size_t i = source(); i < connections_.size(); i = source()) {
+    disconnect(i);
+  }
+  for (std::size_t i = owned(); i < live_.size(); i = owned()) {
+    forget(i);
+  }
 }
 
 HRESULT World::answer(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception) {

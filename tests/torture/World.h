@@ -44,21 +44,32 @@ class World {
   struct Live {
     const Class* type;
     automation::ComPtr<IDispatch> object;
+    long identity;  ///< The same for all that are one object, and never used again.
+  };
+  struct Connection {
+    long source;  ///< Its identity.
+    std::unique_ptr<test::Sink> sink;
   };
 
   void readClasses();
   void create();
   void forget();
-  void connect();
+  void forget(std::size_t index);
+  void connect(const Live& source);
+  void disconnect(std::size_t index);
   void callRandomMember();
-  void call(const Class& type, const automation::ComPtr<IDispatch>& object,
-            const test::LibraryMember& member);
+  void insist();
+  void call(Live target, const test::LibraryMember& member, bool borrows);
+  HRESULT invoke(Live target, bool borrows, DISPID member, WORD flags, DISPPARAMS& parameters,
+                 VARIANT* result, EXCEPINFO* exception);
   void keep(IDispatch* object);
   void enumerate();
   void playModel();
   void onEvent(const std::vector<VARIANT*>& arguments);
   void reenter();
+  void letBorrowedGo();
   HRESULT answer(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception);
+  [[nodiscard]] bool isLive(long identity) const;
   [[nodiscard]] automation::ComPtr<IDispatch> anyObject();
   [[nodiscard]] automation::ComPtr<IDispatch> stranger();
   [[nodiscard]] const Class* classOf(IDispatch* object) const;
@@ -70,11 +81,14 @@ class World {
   std::vector<Class> classes_;
   std::vector<Live> live_;
   std::vector<automation::ComPtr<IEnumVARIANT>> enumerators_;
-  std::vector<std::unique_ptr<test::Sink>> sinks_;
+  std::vector<Connection> connections_;
   std::vector<std::unique_ptr<test::Sink>> retired_;  ///< Disconnected during an event; destroyed after it.
+  /// The identities of those under calls that do not hold them, the innermost call's last. They may be gone.
+  std::vector<long> borrowed_;
   std::vector<std::unique_ptr<Model>> models_;
   long long calls_ = 0;
   long long modelSteps_ = 0;
+  long lastIdentity_ = 0;
   int depth_ = 0;
 };
 
