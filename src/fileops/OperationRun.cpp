@@ -137,7 +137,7 @@ Outcome Run::transferFolder() const {
     platform::copyFolder(source_, destination_, true);
     return succeeded();
   }
-  if (platform::folderExists(destination_.c_str())) {
+  if (isFolder(platform::lookUp(destination_))) {
     platform::deleteFolder(destination_, operation_.overridesReadOnly);
   }
   platform::moveFolder(source_, destination_);
@@ -145,7 +145,7 @@ Outcome Run::transferFolder() const {
 }
 
 Outcome Run::transferFile() const {
-  if (moves_ && platform::fileExists(destination_.c_str())) {
+  if (moves_ && isFile(platform::lookUp(destination_))) {
     platform::deleteFile(destination_, operation_.overridesReadOnly);
   }
   const HWND owner = platform::windowWithHandle(operation_.statusWindow);
@@ -197,7 +197,7 @@ Outcome Run::create() {
 }
 
 Outcome Run::createFile() const {
-  if (platform::fileExists(source_.c_str())) {
+  if (isFile(platform::lookUp(source_))) {
     if (auto refused = refusedOverwrite(source_, L"File already exists")) {
       return std::move(*refused);
     }
@@ -211,7 +211,7 @@ Outcome Run::createFile() const {
 }
 
 Outcome Run::createFolder() const {
-  if (platform::folderExists(source_.c_str())) {
+  if (isFolder(platform::lookUp(source_))) {
     return succeeded(L"Folder already exists");
   }
   if (simulates_) {

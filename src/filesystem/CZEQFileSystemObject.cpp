@@ -247,7 +247,9 @@ STDMETHODIMP CZEQFileSystemObject::FSO_DeleteFile(BSTR* FileSpec, VARIANT_BOOL* 
 
 STDMETHODIMP CZEQFileSystemObject::FSO_CreateFolderPath(BSTR pathName, VARIANT_BOOL* result) noexcept {
   return quietly(result, [&] {
-    const std::wstring path(text(pathName));
+    // Of a longer path no more than the outer folders can be made; what is cut off costs no time.
+    const bool isTooLong = text(pathName).size() > platform::longestPath;
+    const std::wstring path(text(pathName).substr(0, platform::longestPath));
     const auto isMissing = [&](std::wstring_view folder) {
       return !exists(*this, &Member::FSO_FolderExists, folder);
     };
@@ -261,13 +263,14 @@ STDMETHODIMP CZEQFileSystemObject::FSO_CreateFolderPath(BSTR pathName, VARIANT_B
       }
       missing.push_back(parent.size());
     }
-    return std::all_of(missing.rbegin(), missing.rend(), [&](std::size_t length) {
+    const auto makeFolder = [&](std::size_t length) {
       const std::wstring folder = path.substr(0, length);
       if (isMissing(folder)) {
         platform::createFolder(folder);
       }
       return !isMissing(folder);
-    });
+    };
+    return std::all_of(missing.rbegin(), missing.rend() - (isTooLong ? 1 : 0), makeFolder) && !isTooLong;
   });
 }
 

@@ -54,8 +54,11 @@ std::vector<std::wstring> sources(const std::wstring& source, Kind kind) {
   }
   std::vector<std::wstring> result;
   const std::wstring folder = path.substr(0, nameStart(path));
+  const bool wantsExtension =
+      source.back() != L'.';  // "*." is what has none; the extended form loses the dot.
   for (EntrySearch search(path); search; search.next()) {
-    if (isFolder(*search) == wantsFolder) {
+    const bool hasExtension = std::wcschr((*search).cFileName, L'.') != nullptr;
+    if (isFolder(*search) == wantsFolder && (wantsExtension || !hasExtension)) {
       result.push_back(folder + (*search).cFileName);
     }
   }
@@ -103,9 +106,11 @@ void deleteTree(const std::wstring& root, bool force) {
   const auto add = [&](std::wstring path, const WIN32_FIND_DATAW& entry) {
     folders.push_back({std::move(path), entry.dwFileAttributes, isLink(entry)});
   };
-  if (const EntrySearch self(root); self) {
-    add(root, *self);
+  const EntrySearch self(root);
+  if (!self) {
+    fail(ERROR_ACCESS_DENIED);  // Nothing finds the root of a drive, which cannot be deleted.
   }
+  add(root, *self);
   // NOLINTNEXTLINE(modernize-loop-convert): the list grows on the way.
   for (std::size_t i = 0; i < folders.size(); ++i) {
     const std::wstring folder = folders[i].path;
@@ -136,37 +141,57 @@ void createFolderUnlessThere(const std::wstring& path) {
   }
 }
 
-/// True if a path is another one or lies in it. Both are in extended form.
-bool isWithin(const std::wstring& path, const std::wstring& folder) noexcept {
-  return _wcsnicmp(path.c_str(), folder.c_str(), folder.size()) == 0 &&
+/// True if a path is another one or lies in it, as far as their texts tell. Both are in extended form.
+bool isWithin(std::wstring_view path, std::wstring_view folder) noexcept {
+  if (isSeparator(folder.back())) {
+    folder.remove_suffix(1);  // A root's.
+  }
+  const int length = static_cast<int>(folder.size());
+  return path.size() >= folder.size() &&
+         CompareStringOrdinal(path.data(), length, folder.data(), length, TRUE) == CSTR_EQUAL &&
          (path.size() == folder.size() || isSeparator(path[folder.size()]));
+}
+
+struct FolderToCopy {
+  std::wstring from;
+  std::wstring to;
+  bool isBelowLink = false;
+  bool isEmpty = false;  ///< To be made without what is in it.
+  std::vector<std::wstring> files{};
+};
+
+/// A folder, then all that are in it. Every folder stands before its subfolders.
+std::vector<FolderToCopy> foldersToCopy(const std::wstring& root, const std::wstring& destination) {
+  std::vector<FolderToCopy> folders{{root, destination}};
+  for (std::size_t i = 0; i < folders.size(); ++i) {
+    if (folders[i].isEmpty) {
+      continue;
+    }
+    forEachEntry(std::wstring(folders[i].from), [&](const WIN32_FIND_DATAW& entry) {
+      FolderToCopy& folder = folders[i];
+      if (isFolder(entry)) {
+        folders.push_back({childPath(folder.from, entry.cFileName), childPath(folder.to, entry.cFileName),
+                           folder.isBelowLink || isLink(entry), folder.isBelowLink && isLink(entry)});
+      } else {
+        folder.files.emplace_back(entry.cFileName);
+      }
+    });
+  }
+  return folders;
 }
 
 void copyTree(const std::wstring& root, const std::wstring& destination, bool overwrite) {
   if (isWithin(destination, root)) {
     fail(ERROR_ACCESS_DENIED);
   }
-  struct Pending {
-    std::wstring from;
-    std::wstring to;
-    bool isBelowLink;
-  };
-  std::vector<Pending> pending{{root, destination, false}};
-  while (!pending.empty()) {
-    const Pending folder = std::move(pending.back());
-    pending.pop_back();
+  // All is listed before the first folder is made: short names, links and substituted drives can hide that
+  // the destination is in the source, and the copy must not find what it makes itself.
+  for (const FolderToCopy& folder : foldersToCopy(root, destination)) {
     createFolderUnlessThere(folder.to);
-    forEachEntry(folder.from, [&](const WIN32_FIND_DATAW& entry) {
-      std::wstring from = childPath(folder.from, entry.cFileName);
-      std::wstring to = childPath(folder.to, entry.cFileName);
-      if (!isFolder(entry)) {
-        succeed(CopyFileW(from.c_str(), to.c_str(), overwrite ? FALSE : TRUE));
-      } else if (isLink(entry) && folder.isBelowLink) {
-        createFolderUnlessThere(to);
-      } else {
-        pending.push_back({std::move(from), std::move(to), folder.isBelowLink || isLink(entry)});
-      }
-    });
+    for (const std::wstring& file : folder.files) {
+      succeed(CopyFileW(childPath(folder.from, file.c_str()).c_str(),
+                        childPath(folder.to, file.c_str()).c_str(), overwrite ? FALSE : TRUE));
+    }
   }
 }
 

@@ -80,7 +80,7 @@ long countEntries(const std::wstring& folder, bool folders) {
 }  // namespace
 
 std::wstring absolutePathName(const std::wstring& path) {
-  std::wstring result = fullPath(path);
+  std::wstring result = fullPath(path.empty() ? L"." : path);
   if (result.size() >= 2 && result[1] == L':') {
     CharUpperBuffW(result.data(), 1);
   }

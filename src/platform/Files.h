@@ -13,7 +13,7 @@
 namespace zeq::platform {
 
 /// The full path of a path, resolved against the current folder of its drive: drive letter in upper case, no
-/// separator at the end but a root's. Does not look at the disk.
+/// separator at the end but a root's. The current folder for an empty path. Does not look at the disk.
 [[nodiscard]] std::wstring absolutePathName(const std::wstring& path);
 
 [[nodiscard]] bool fileExists(const wchar_t* path) noexcept;

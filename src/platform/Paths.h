@@ -8,6 +8,9 @@
 
 namespace zeq::platform {
 
+/// The system takes no longer path, in UTF-16 code units.
+inline constexpr std::size_t longestPath = 32767;
+
 [[nodiscard]] constexpr bool isSeparator(wchar_t character) noexcept {
   return character == L'\\' || character == L'/';
 }

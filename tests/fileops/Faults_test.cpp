@@ -9,6 +9,7 @@
 
 #include "fileops/ExecutionTest.h"
 #include "support/ImportHook.h"
+#include "support/TempFolder.h"
 
 namespace zeq::test {
 namespace {
@@ -430,31 +431,12 @@ TEST_F(FaultsTest, ANameMayBeTooLong) {
 
 // A drive goes away.
 
-/// A drive letter for a folder, until the drive is removed.
-class Drive {
- public:
-  explicit Drive(const std::wstring& folder) : folder_(folder) {
-    if (DefineDosDeviceW(0, name(), folder.c_str()) == FALSE) {
-      throw std::runtime_error("a drive cannot be made");
-    }
-  }
-  ~Drive() { remove(); }
-  Drive(const Drive&) = delete;
-  Drive& operator=(const Drive&) = delete;
-
-  [[nodiscard]] static const wchar_t* name() noexcept { return L"R:"; }
-  void remove() const { DefineDosDeviceW(DDD_REMOVE_DEFINITION, name(), folder_.c_str()); }
-
- private:
-  std::wstring folder_;
-};
-
 TEST_F(FaultsTest, ADriveMayGoAwayBeforeTheAct) {
   const std::wstring here = sandbox.file(L"file", 5);
-  const std::wstring there = std::wstring(Drive::name()) + L"\\file";
+  const std::wstring there = std::wstring(MappedDrive::name()) + L"\\file";
   const Sandbox onDrive;
   onDrive.file(L"file", 7);
-  const auto removeBefore = [&](const wchar_t* event, const Drive& drive) {
+  const auto removeBefore = [&](const wchar_t* event, const MappedDrive& drive) {
     events.on(event, [&](const Recorder::Arguments& arguments) {
       drive.remove();
       if (!arguments.empty()) {
@@ -463,13 +445,13 @@ TEST_F(FaultsTest, ADriveMayGoAwayBeforeTheAct) {
     });
   };
   {
-    const Drive drive(onDrive.root());
+    const MappedDrive drive(onDrive.root());
     removeBefore(L"BeforeOverwrite", drive);
     set(otypCopy, here, there, ovrtAsk);
     expectNotCopied();
   }
   {
-    const Drive drive(onDrive.root());
+    const MappedDrive drive(onDrive.root());
     removeBefore(L"AboutToExecute", drive);
     set(otypCopy, there, sandbox.path(L"new"));
     expectFailure(forReal, L"Source file does not exist");
@@ -488,18 +470,18 @@ TEST_F(FaultsTest, ADriveThatIsGoneIsMonitoredFromNothing) {
   const auto batch = create<CFileOperationBatch, _CFileOperationBatch>();
   Recorder batchEvents(batch.get(), __uuidof(__CFileOperationBatch), Recorder::batchEvents());
   const Sandbox onDrive;
-  const Drive drive(onDrive.root());
+  const MappedDrive drive(onDrive.root());
   batchEvents.on(L"AboutToExecuteOperation", [&](const Recorder::Arguments&) { drive.remove(); });
   ComPtr<_CFileOperation> task;
-  batch->AddCopy(Bstr(sandbox.file(L"file", 5)).get(), Bstr(std::wstring(Drive::name()) + L"\\file").get(),
-                 ovrtNo, ptypAny, task.out());
+  batch->AddCopy(Bstr(sandbox.file(L"file", 5)).get(),
+                 Bstr(std::wstring(MappedDrive::name()) + L"\\file").get(), ovrtNo, ptypAny, task.out());
   VARIANT_BOOL success = VARIANT_FALSE;
   ASSERT_EQ(batch->Execute(VARIANT_FALSE, &success), S_OK);
   EXPECT_EQ(success, VARIANT_TRUE);
   ComPtr<_Collection> monitors;
   batch->get_DriveMonitors(monitors.out());
   Variant item;
-  ASSERT_EQ(monitors->get_Item(Variant(std::wstring_view(Drive::name())).get(), item.out()), S_OK);
+  ASSERT_EQ(monitors->get_Item(Variant(std::wstring_view(MappedDrive::name())).get(), item.out()), S_OK);
   const Late monitor(item.get().pdispVal);
   EXPECT_EQ(monitor.get(L"Capacity").get().dblVal, 0);
   EXPECT_EQ(monitor.get(L"SpaceUsed").get().dblVal, 5);

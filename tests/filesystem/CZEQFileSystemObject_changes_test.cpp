@@ -86,6 +86,32 @@ TEST_F(FileSystemObjectChanges, DeletesFilesByWildcards) {
   EXPECT_TRUE(exists(temp / L"c.doc"));
 }
 
+TEST_F(FileSystemObjectChanges, DeletesFilesUpToTheFirstThatItMayNot) {
+  for (const wchar_t* name : {L"1.q", L"2.q", L"3.q"}) {
+    temp.file(name);
+  }
+  SetFileAttributesW((temp / L"2.q").c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_FALSE(deleteFile(temp / L"*.q", VARIANT_FALSE));
+  EXPECT_FALSE(exists(temp / L"1.q")) << "what is deleted before the failure stays deleted";
+  EXPECT_TRUE(exists(temp / L"2.q"));
+  EXPECT_TRUE(exists(temp / L"3.q"));
+  EXPECT_TRUE(deleteFile(temp / L"*.q", VARIANT_TRUE));
+  EXPECT_FALSE(exists(temp / L"2.q"));
+  EXPECT_FALSE(exists(temp / L"3.q"));
+}
+
+TEST_F(FileSystemObjectChanges, DeletesFilesWithoutExtensionByADotAtThePatternsEnd) {
+  temp.file(L"none");
+  temp.file(L"another");
+  temp.file(L"a.txt");
+  EXPECT_TRUE(deleteFile(temp / L"*.", VARIANT_FALSE));
+  EXPECT_FALSE(exists(temp / L"none"));
+  EXPECT_FALSE(exists(temp / L"another"));
+  EXPECT_TRUE(exists(temp / L"a.txt"));
+  EXPECT_FALSE(deleteFile(temp / L"a*.", VARIANT_FALSE));
+  EXPECT_TRUE(exists(temp / L"a.txt"));
+}
+
 TEST_F(FileSystemObjectChanges, CreatesEveryMissingFolderOfAPath) {
   temp.folder(L"a");
   const std::wstring path = temp / L"a\\b\\c";
@@ -130,6 +156,14 @@ TEST_F(FileSystemObjectChanges, CreatesNoFolderWhereItsParentCannotBe) {
   EXPECT_FALSE(createFolderPath(deep)) << "thousands of folders need no deep stack";
 }
 
+TEST_F(FileSystemObjectChanges, CreatesTheOuterFoldersOfAPathThatIsTooLong) {
+  std::wstring path = temp / L"outer";
+  path.append(L"\\inner\\").append(300'000, L'x');
+  EXPECT_FALSE(createFolderPath(path));
+  EXPECT_TRUE(exists(temp / L"outer\\inner"));
+  EXPECT_FALSE(createFolderPath(std::wstring(L"Y:").append(300'000, L'\\')));
+}
+
 TEST_F(FileSystemObjectChanges, ArchivesAndReplacesAFile) {
   const std::wstring oldFile = temp.file(L"x.ini", "old");
   const std::wstring newFile = temp.file(L"x.new", "new");
@@ -164,6 +198,24 @@ TEST_F(FileSystemObjectChanges, ArchivesOnlyWhatExists) {
   EXPECT_FALSE(exists(oldFile));
   EXPECT_EQ(contentOf(temp / L"old_ini.000"), "old") << "archived already when the second move fails";
   EXPECT_FALSE(archive(L"", L""));
+}
+
+TEST_F(FileSystemObjectChanges, MovesNothingIntoAFolderInTheArchivesPlace) {
+  const std::wstring oldFile = temp.file(L"x.ini", "old");
+  const std::wstring newFile = temp.file(L"new", "new");
+  temp.folder(L"x_ini.000");
+  EXPECT_FALSE(archive(oldFile, newFile));
+  EXPECT_EQ(contentOf(oldFile), "old");
+  EXPECT_EQ(contentOf(newFile), "new");
+}
+
+TEST_F(FileSystemObjectChanges, TakesNoWildcardsForTheNewFile) {
+  const std::wstring oldFile = temp.file(L"x.ini", "old");
+  temp.file(L"new.1", "new");
+  EXPECT_FALSE(archive(oldFile, temp / L"new.*"));
+  EXPECT_EQ(contentOf(temp / L"x_ini.000"), "old");
+  EXPECT_EQ(contentOf(temp / L"new.1"), "new");
+  EXPECT_FALSE(exists(oldFile));
 }
 
 TEST_F(FileSystemObjectChanges, ArchivesNothingWhenAllNumbersAreTaken) {

@@ -157,7 +157,8 @@ TEST_F(PathsOfFileSystemObject, NameTheirDriveOrShare) {
 /// at the end.
 std::wstring fullPath(const std::wstring& path) {
   std::array<wchar_t, 1000> buffer{};
-  GetFullPathNameW(path.c_str(), static_cast<DWORD>(buffer.size()), buffer.data(), nullptr);
+  GetFullPathNameW(path.empty() ? L"." : path.c_str(), static_cast<DWORD>(buffer.size()), buffer.data(),
+                   nullptr);
   std::wstring result = buffer.data();
   while (result.size() > 2 && result.back() == L'\\' && result[result.size() - 2] != L':') {
     result.pop_back();
@@ -180,7 +181,7 @@ TEST_F(PathsOfFileSystemObject, HaveAnAbsoluteForm) {
       // of a share for such a folder.
       const bool isDirectChild =
           ours.size() >= 2 && ours[1] == L':' && ours.find(L'\\', 3) == std::wstring::npos;
-      if (isDirectChild) {
+      if (isDirectChild && !path.empty()) {  // Wine's scripting runtime knows no path without text.
         EXPECT_EQ(ours, runtimeText(&IFileSystem::GetAbsolutePathName, path)) << printable(path);
         ++compared;
       }

@@ -12,6 +12,7 @@ namespace {
 
 using test::contentOf;
 using test::exists;
+using test::MappedDrive;
 using test::TempFolder;
 
 /// The Win32 code that a call throws; 0 if it throws none.
@@ -213,6 +214,48 @@ TEST_F(FileChanges, NeverCopyAFolderIntoItself) {
   EXPECT_EQ(errorOf([&] { copyFolder(temp / L"a", temp / L"a", true); }), ERROR_ACCESS_DENIED);
   copyFolder(temp / L"a", temp / L"ab", true);
   EXPECT_TRUE(exists(temp / L"ab\\sub"));
+}
+
+TEST_F(FileChanges, NeverCopyAFolderIntoItselfInOtherLetterCase) {
+  temp.folder(L"\u00c4");
+  EXPECT_EQ(errorOf([&] { copyFolder(temp / L"\u00c4", temp / L"\u00e4\\copy", true); }),
+            ERROR_ACCESS_DENIED);
+  EXPECT_FALSE(exists(temp / L"\u00c4\\copy"));
+}
+
+TEST_F(FileChanges, NeverCopyARootIntoItself) {
+  const MappedDrive drive(temp.folder(L"root"));
+  temp.file(L"root\\x");
+  EXPECT_EQ(errorOf([&] { copyFolder(drive.root() + L".", drive.root() + L"copy", true); }),
+            ERROR_ACCESS_DENIED);
+  EXPECT_FALSE(exists(temp / L"root\\copy"));
+}
+
+TEST_F(FileChanges, CopyAFolderIntoItselfOnceWhereNoNameTells) {
+  temp.folder(L"a\\sub");
+  temp.file(L"a\\x", "1");
+  const MappedDrive drive(temp / L"a");
+  copyFolder(temp / L"a", drive.root() + L"copy", true);
+  EXPECT_EQ(contentOf(temp / L"a\\copy\\x"), "1");
+  EXPECT_TRUE(exists(temp / L"a\\copy\\sub"));
+  EXPECT_FALSE(exists(temp / L"a\\copy\\copy"));
+}
+
+TEST_F(FileChanges, CopyALinkToWhatHoldsTheDestinationOnce) {
+  temp.folder(L"a");
+  ASSERT_TRUE(test::linkFolder(temp / L"a\\link", temp.path()));
+  temp.file(L"x", "1");
+  copyFolder(temp / L"a", temp / L"b", true);
+  EXPECT_EQ(contentOf(temp / L"b\\link\\x"), "1");
+  EXPECT_TRUE(exists(temp / L"b\\link\\a\\link"));
+  EXPECT_FALSE(exists(temp / L"b\\link\\b"));
+}
+
+TEST_F(FileChanges, DeleteNoRoot) {
+  const MappedDrive drive(temp.folder(L"root"));
+  temp.file(L"root\\x");
+  EXPECT_EQ(errorOf([&] { deleteFolder(drive.root() + L".", true); }), ERROR_ACCESS_DENIED);
+  EXPECT_TRUE(exists(temp / L"root\\x"));
 }
 
 TEST_F(FileChanges, CopyWhatALinkShowsButNoCircle) {

@@ -57,6 +57,22 @@ std::wstring systemName(const std::wstring& path) {
   return L"\"" + std::wstring(text.begin(), text.end()) + L"\"";
 }
 
+/// Wine's drives are links beside that of C: the name of one of them.
+std::wstring systemNameOfDrive(const wchar_t* drive) {
+  std::wstring name = systemName(L"C:\\");
+  const std::size_t end = name.rfind(L"c:/");
+  return end == std::wstring::npos ? std::wstring() : name.substr(0, end) + wchar_t(drive[0] | 0x20) + L":\"";
+}
+
+/// Waits for what a program does that cannot be waited for itself.
+template <class Condition>
+bool comesTrue(Condition condition) {
+  for (int i = 0; i < 500 && !condition(); ++i) {
+    Sleep(10);
+  }
+  return condition();
+}
+
 void removeLink(const std::wstring& path) {
   if (const std::wstring name = systemName(path); !name.empty()) {
     run(L"Z:\\bin\\rm " + name);
@@ -156,13 +172,30 @@ bool exists(const std::wstring& path) {
 bool linkFolder(const std::wstring& link, const std::wstring& target) {
   if (const std::wstring name = systemName(target); !name.empty()) {
     run(L"Z:\\bin\\ln -s " + name + L" " + systemName(link));
-    for (int i = 0; i < 500 && !isLink(link); ++i) {  // Such a program cannot be waited for.
-      Sleep(10);
-    }
-  } else {
-    run(L"cmd.exe /c mklink /J \"" + link + L"\" \"" + target + L"\"");
+    return comesTrue([&] { return isLink(link); });
   }
+  run(L"cmd.exe /c mklink /J \"" + link + L"\" \"" + target + L"\"");
   return isLink(link);
+}
+
+MappedDrive::MappedDrive(const std::wstring& folder) : folder_(folder) {
+  if (const std::wstring link = systemNameOfDrive(name()); !link.empty()) {
+    run(L"Z:\\bin\\ln -sfn " + systemName(folder) + L" " + link);
+  } else {
+    DefineDosDeviceW(0, name(), folder.c_str());
+  }
+  if (!comesTrue([] { return exists(root()); })) {
+    throw std::runtime_error("a drive cannot be made");
+  }
+}
+
+void MappedDrive::remove() const {
+  if (const std::wstring link = systemNameOfDrive(name()); link.empty()) {
+    DefineDosDeviceW(DDD_REMOVE_DEFINITION, name(), folder_.c_str());
+  } else if (exists(root())) {
+    run(L"Z:\\bin\\rm " + link);
+    comesTrue([] { return !exists(root()); });
+  }
 }
 
 }  // namespace zeq::test

@@ -38,6 +38,22 @@ class TempFolder {
 /// True if there is a file or folder of that path, however long.
 [[nodiscard]] bool exists(const std::wstring& path);
 
+/// A drive letter for a folder, until the drive is removed. Throws where it cannot be made.
+class MappedDrive {
+ public:
+  explicit MappedDrive(const std::wstring& folder);
+  ~MappedDrive() { remove(); }
+  MappedDrive(const MappedDrive&) = delete;
+  MappedDrive& operator=(const MappedDrive&) = delete;
+
+  [[nodiscard]] static const wchar_t* name() noexcept { return L"R:"; }
+  [[nodiscard]] static std::wstring root() { return std::wstring(name()) + L"\\"; }
+  void remove() const;
+
+ private:
+  std::wstring folder_;
+};
+
 /// Makes a link to a folder. False where the system has no links.
 [[nodiscard]] bool linkFolder(const std::wstring& link, const std::wstring& target);
 
