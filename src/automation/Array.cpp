@@ -59,7 +59,10 @@ std::optional<SAFEARRAY*> arrayIn(const VARIANT& value) noexcept {
   if ((inner.vt & VT_ARRAY) == 0) {
     return std::nullopt;
   }
-  return (inner.vt & VT_BYREF) != 0 ? *inner.pparray : inner.parray;
+  if ((inner.vt & VT_BYREF) == 0) {
+    return inner.parray;
+  }
+  return inner.pparray != nullptr ? *inner.pparray : nullptr;
 }
 
 std::vector<Variant> elementsOf(SAFEARRAY* array) {
@@ -70,6 +73,9 @@ std::vector<Variant> elementsOf(SAFEARRAY* array) {
   LONG lower = 0;
   LONG upper = 0;
   check(SafeArrayGetVartype(array, &type));
+  if (type == VT_RECORD) {
+    throw Error(ErrorNumber::typeMismatch);  // A record of any size has no place in a variant.
+  }
   check(SafeArrayGetLBound(array, 1, &lower));
   check(SafeArrayGetUBound(array, 1, &upper));
   std::vector<Variant> elements;

@@ -22,7 +22,8 @@ namespace zeq::automation {
 /// that was never given a size is a null pointer.
 [[nodiscard]] std::optional<SAFEARRAY*> arrayIn(const VARIANT& value) noexcept;
 
-/// The elements of an array with one dimension, from its lower to its upper bound. Any other is an error.
+/// The elements of an array with one dimension, from its lower to its upper bound. Any other is an error, and
+/// so is one of records.
 [[nodiscard]] std::vector<Variant> elementsOf(SAFEARRAY* array);
 
 }  // namespace zeq::automation

@@ -86,7 +86,9 @@ HRESULT changeType(VARIANT& target, const VARIANT& source, VARTYPE type, LCID lo
 
 VARIANT readReference(const VARIANT& reference) noexcept {
   VARIANT value{};
-  if (referredType(reference) == VT_DECIMAL) {
+  if (referredType(reference) == VT_RECORD) {
+    value = reference;  // It names the record and its type in the same way.
+  } else if (referredType(reference) == VT_DECIMAL) {
     value.decVal = *reference.pdecVal;  // Its bytes surround those of the type.
   } else {
     std::memcpy(&value.byref, reference.byref, sizeOf(referredType(reference)));
@@ -110,6 +112,9 @@ void assign(VARIANT& variable, const VARIANT& value) {
     assign(*variable.pvarVal, value);
   } else if ((variable.vt & VT_BYREF) != 0) {
     const VARTYPE type = referredType(variable);
+    if (type == VT_RECORD) {
+      throw Error(ErrorNumber::typeMismatch);  // Only its own type could fill a client's record.
+    }
     Variant replacement(value);
     if (replacement.type() != type) {
       replacement = replacement.to(type);

@@ -102,12 +102,11 @@ Columns columnsOf(std::wstring_view list, std::initializer_list<Part> parts) {
   return columns;
 }
 
-void store(VARIANT* target, Variant value) {
+void store(VARIANT* target, const Variant& value) {
   if (target == nullptr) {
     throw automation::Error(E_POINTER);
   }
-  VariantClear(target);
-  *target = value.detach();
+  automation::assign(*target, value.get());
 }
 
 /// Hands the one array of an enumeration to the client, or Null.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "automation/Array.h"
+
 namespace zeq::utility {
 namespace {
 
@@ -9,16 +11,15 @@ using automation::check;
 using automation::Error;
 using automation::ErrorNumber;
 
-SAFEARRAY* arrayIn(const VARIANT& holder) {
-  const VARIANT& inner = automation::dereferenced(holder);
-  if ((inner.vt & VT_ARRAY) == 0) {
+SAFEARRAY* sortableArrayIn(const VARIANT& holder) {
+  const auto array = automation::arrayIn(holder);
+  if (!array) {
     throw Error(ErrorNumber::typeMismatch);
   }
-  SAFEARRAY* array = (inner.vt & VT_BYREF) != 0 ? *inner.pparray : inner.parray;
-  if (array == nullptr || SafeArrayGetDim(array) != 1) {
+  if (*array == nullptr || SafeArrayGetDim(*array) != 1) {
     throw Error(ErrorNumber::subscriptOutOfRange);
   }
-  return array;
+  return *array;
 }
 
 VARTYPE elementType(const VARIANT& holder) noexcept {
@@ -28,7 +29,7 @@ VARTYPE elementType(const VARIANT& holder) noexcept {
 }  // namespace
 
 VariantArray::VariantArray(const VARIANT& holder)
-    : array_(arrayIn(holder)), type_(elementType(holder)), size_(SafeArrayGetElemsize(array_)) {
+    : array_(sortableArrayIn(holder)), type_(elementType(holder)), size_(SafeArrayGetElemsize(array_)) {
   const SAFEARRAYBOUND& bound = array_->rgsabound[0];
   lowest_ = bound.lLbound;
   highest_ = lowest_ + bound.cElements - 1;
@@ -40,15 +41,16 @@ VariantArray::~VariantArray() {
 }
 
 VARIANT VariantArray::borrowed(std::int64_t index) const {
+  if (type_ == VT_RECORD) {
+    throw Error(ErrorNumber::typeMismatch);  // Records have no order.
+  }
   const std::byte* element = address(index);
   VARIANT value;
   VariantInit(&value);
   if (type_ == VT_VARIANT || type_ == VT_DECIMAL) {
     std::memcpy(&value, element, size_);
-  } else if (size_ <= sizeof value.llVal) {
-    std::memcpy(&value.llVal, element, size_);
   } else {
-    throw Error(ErrorNumber::typeMismatch);  // Records have no order.
+    std::memcpy(&value.llVal, element, size_);
   }
   if (type_ != VT_VARIANT) {
     value.vt = type_;

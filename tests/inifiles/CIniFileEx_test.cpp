@@ -8,6 +8,7 @@
 #include "support/Component.h"
 #include "support/ImportHook.h"
 #include "support/IniText.h"
+#include "support/Records.h"
 
 namespace zeq::test {
 namespace {
@@ -555,6 +556,32 @@ TEST_F(CIniFileExTest, ScriptsUseItByName) {
   EXPECT_EQ(late.call(L"deleteSection", Variant(L"New")).code, S_OK);
   EXPECT_EQ(late.call(L"flush").code, S_OK);
   EXPECT_EQ(late.get(L"enumSections", byRef(list)).get().iVal, 1);
+}
+
+TEST_F(CIniFileExTest, RecordsAreNoTexts) {
+  open("[General]\r\na=1\r\n");
+  Records records(2, 64);
+  EXPECT_EQ(file->writeSection(records.holder()), S_OK);
+  EXPECT_EQ(value(L"a"), L"1");
+}
+
+TEST_F(CIniFileExTest, ArraysGoWhereTheVariableRefersTo) {
+  open("[General]\r\na=1\r\nb=2\r\n");
+  Variant old = textArray({L"x"});
+  VARIANT reference{};
+  reference.vt = VT_BYREF | VT_ARRAY | VT_BSTR;
+  reference.pparray = &old.get().parray;
+  short count = 0;
+  EXPECT_EQ(file->enumSectionKeys(&reference, &count), S_OK);
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(reference.vt, VT_BYREF | VT_ARRAY | VT_BSTR);
+  EXPECT_THAT(textsIn(old.get()), ElementsAre(L"a", L"b"));
+
+  Variant variable;
+  reference.vt = VT_BYREF | VT_VARIANT;
+  reference.pvarVal = &variable.get();
+  EXPECT_EQ(file->enumSectionKeys(&reference, &count), S_OK);
+  EXPECT_THAT(textsIn(variable.get()), ElementsAre(L"a", L"b"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "support/Component.h"
 #include "support/Leaks.h"
+#include "support/Records.h"
 #include "utility/SortModel.h"
 #include "utility/Values.h"
 
@@ -348,6 +349,15 @@ TEST_F(CZEQUtilitySortingTest, LeaksNothing) {
     byName.call(L"QuickSortVariants", byRef(rank.holder()), byRef(data.holder()), value(0), value(2));
     byName.call(L"QuickSortVariants", rank.holder(), data.holder(), value(0), value(3));
   });
+}
+
+TEST_F(CZEQUtilitySortingTest, RecordsHaveNoOrder) {
+  Records rank(3, 8);  // Small enough for the place of a number.
+  Array data(VT_I4, 3);
+  long low = 0;
+  long high = 2;
+  EXPECT_EQ(sorting->QuickSortVariants(&rank.holder(), &data.holder().get(), &low, &high),
+            static_cast<HRESULT>(0x800A000D));
 }
 
 }  // namespace
