@@ -80,6 +80,7 @@ std::wstring CAttachment::part(PathPart member) const {
 
 STDMETHODIMP CAttachment::Create(BSTR AttachmentFullPathA) noexcept {
   return raising([&] {
+    const auto alive = keepAlive();  // The shell may let the client's own code run.
     fullPath_ = text(AttachmentFullPathA);
     location_ = part(&_CZEQFileSystemObject::FSO_GetParentFolderName);
     extension_ = part(&_CZEQFileSystemObject::FSO_GetExtensionName);
@@ -91,14 +92,16 @@ STDMETHODIMP CAttachment::Create(BSTR AttachmentFullPathA) noexcept {
 
 STDMETHODIMP CAttachment::Execute(VARIANT_BOOL* result) noexcept {
   return raising(result, [&] {
-    const Bstr path(fullPath_);
-    BSTR argument = path.get();
+    const auto alive = keepAlive();
+    const std::wstring path = fullPath_;
+    const Bstr copy(path);
+    BSTR argument = copy.get();
     VARIANT_BOOL exists = VARIANT_FALSE;
     automation::check(files_->FSO_FileExists(&argument, &exists));
     if (exists == VARIANT_FALSE) {
       return false;
     }
-    platform::openFile(fullPath_);
+    platform::openFile(path);
     return true;
   });
 }

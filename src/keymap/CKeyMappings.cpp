@@ -101,8 +101,9 @@ STDMETHODIMP CKeyMappings::get_ItemByKeycode(short KeyCode, short Shift, ::_CKey
 
 STDMETHODIMP CKeyMappings::Remove(VARIANT vntIndexKey) noexcept {
   return quietly([&] {
-    *indexIsOld_ = true;
+    const auto alive = keepAlive();
     mappings_->Remove(vntIndexKey);
+    *indexIsOld_ = true;  // Not before: taking the place from a client's object may build the index anew.
   });
 }
 

@@ -48,6 +48,7 @@ Comparison compareWith(const VARIANT& property, const VARIANT& value) {
 STDMETHODIMP CObservableClass::SimplePropertyUpdate(VARIANT* PropertyA, BSTR PropertyNameA, VARIANT NewValueA,
                                                     VARIANT_BOOL* result) noexcept {
   return quietly(result, [&] {
+    const auto alive = keepAlive();
     VARIANT& property = variable(PropertyA);
     const Variant value(NewValueA);
     const bool stores = compareWith(property, value.get()) != Comparison::same;
@@ -64,6 +65,7 @@ STDMETHODIMP CObservableClass::SimplePropertyUpdate(VARIANT* PropertyA, BSTR Pro
 STDMETHODIMP CObservableClass::UpdateDirtyProperty(VARIANT* PropertyA, BSTR PropertyNameA, VARIANT NewValueA,
                                                    VARIANT_BOOL* result) noexcept {
   return quietly(result, [&] {
+    const auto alive = keepAlive();
     VARIANT& property = variable(PropertyA);
     const Variant value(NewValueA);
     const bool stores = compareWith(property, value.get()) == Comparison::different;
@@ -78,6 +80,7 @@ STDMETHODIMP CObservableClass::UpdateDirtyProperty(VARIANT* PropertyA, BSTR Prop
 STDMETHODIMP CObservableClass::CheckDirtyProperty(VARIANT* PropertyA, BSTR PropertyNameA, VARIANT NewValueA,
                                                   VARIANT_BOOL* result) noexcept {
   return quietly(result, [&] {
+    const auto alive = keepAlive();
     const VARIANT& property = variable(PropertyA);
     const Variant value(NewValueA);
     if (outermostMode() == pcmEnumerating) {

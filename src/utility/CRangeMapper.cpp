@@ -9,6 +9,9 @@ using automation::quietly;
 using automation::raising;
 using automation::Variant;
 
+// An end point may be a client's object, whose value is asked for and whose release is told: what its code
+// may change meanwhile is worked on as a copy, and the object kept.
+
 bool isEndPoint(short index) noexcept {
   return index == 0 || index == 1;
 }
@@ -29,8 +32,8 @@ Variant CRangeMapper::endPoint(const EndPoints& points, short index) {
 
 void CRangeMapper::setEndPoint(EndPoints& points, short index, const VARIANT& value) {
   if (isEndPoint(index)) {
-    points[static_cast<std::size_t>(index)] = Variant(value);
     slopesValid_ = false;
+    points[static_cast<std::size_t>(index)] = Variant(value);
   }
 }
 
@@ -38,11 +41,13 @@ void CRangeMapper::updateSlopes() {
   if (slopesValid_) {
     return;
   }
-  if (different(domain_[0].get(), domain_[1].get())) {
-    slopeToRange_ = slope(domain_[0], domain_[1], range_[0], range_[1]);
+  const EndPoints domain = domain_;
+  const EndPoints range = range_;
+  if (different(domain[0].get(), domain[1].get())) {
+    slopeToRange_ = slope(domain[0], domain[1], range[0], range[1]);
   }
-  if (different(range_[0].get(), range_[1].get())) {
-    slopeToDomain_ = slope(range_[0], range_[1], domain_[0], domain_[1]);
+  if (different(range[0].get(), range[1].get())) {
+    slopeToDomain_ = slope(range[0], range[1], domain[0], domain[1]);
   }
   slopesValid_ = true;
 }
@@ -52,7 +57,10 @@ STDMETHODIMP CRangeMapper::get_Domain(short idx, VARIANT* result) noexcept {
 }
 
 STDMETHODIMP CRangeMapper::put_Domain(short idx, VARIANT value) noexcept {
-  return raising([&] { setEndPoint(domain_, idx, value); });
+  return raising([&] {
+    const auto alive = keepAlive();
+    setEndPoint(domain_, idx, value);
+  });
 }
 
 STDMETHODIMP CRangeMapper::get_Range(short idx, VARIANT* result) noexcept {
@@ -60,11 +68,15 @@ STDMETHODIMP CRangeMapper::get_Range(short idx, VARIANT* result) noexcept {
 }
 
 STDMETHODIMP CRangeMapper::put_Range(short idx, VARIANT value) noexcept {
-  return raising([&] { setEndPoint(range_, idx, value); });
+  return raising([&] {
+    const auto alive = keepAlive();
+    setEndPoint(range_, idx, value);
+  });
 }
 
 STDMETHODIMP CRangeMapper::SetDomain(VARIANT d0, VARIANT d1) noexcept {
   return raising([&] {
+    const auto alive = keepAlive();
     setEndPoint(domain_, 0, d0);
     setEndPoint(domain_, 1, d1);
   });
@@ -72,6 +84,7 @@ STDMETHODIMP CRangeMapper::SetDomain(VARIANT d0, VARIANT d1) noexcept {
 
 STDMETHODIMP CRangeMapper::SetRange(VARIANT r0, VARIANT r1) noexcept {
   return raising([&] {
+    const auto alive = keepAlive();
     setEndPoint(range_, 0, r0);
     setEndPoint(range_, 1, r1);
   });
@@ -79,15 +92,17 @@ STDMETHODIMP CRangeMapper::SetRange(VARIANT r0, VARIANT r1) noexcept {
 
 STDMETHODIMP CRangeMapper::ToRange(VARIANT dx, VARIANT* result) noexcept {
   return quietly(result, [&] {
+    const auto alive = keepAlive();
     updateSlopes();
-    return mapped(dx, domain_[0], slopeToRange_, range_[0]);
+    return mapped(dx, Variant(domain_[0]), Variant(slopeToRange_), Variant(range_[0]));
   });
 }
 
 STDMETHODIMP CRangeMapper::ToDomain(VARIANT rx, VARIANT* result) noexcept {
   return quietly(result, [&] {
+    const auto alive = keepAlive();
     updateSlopes();
-    return mapped(rx, range_[0], slopeToDomain_, domain_[0]);
+    return mapped(rx, Variant(range_[0]), Variant(slopeToDomain_), Variant(domain_[0]));
   });
 }
 

@@ -36,6 +36,7 @@ STDMETHODIMP CWizard::get_Item(VARIANT KeyIndexA, _CWizardStepDetails** result) 
 
 STDMETHODIMP CWizard::Clear() noexcept {
   return quietly([&] {
+    const auto alive = keepAlive();
     // Each record goes after it has left the collection: a step that is freed may come back to the wizard,
     // and what it adds then stays.
     for (long left = steps_->size(); left > 0 && steps_->size() > 0; --left) {

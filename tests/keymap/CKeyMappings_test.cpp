@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "support/ClientValue.h"
 #include "support/Component.h"
 #include "support/ImportHook.h"
 #include "support/Leaks.h"
@@ -403,6 +404,20 @@ TEST_F(CKeyMappingsTest, LeaksNothing) {
     mappings->Remove(Variant(1L).get());
     mappings->Clear();
   });
+}
+
+TEST_F(CKeyMappingsTest, APositionThatLooksForAKeystrokeWhileItIsTaken) {
+  add(L"A", L"", 65);
+  add(L"B", L"", 66);
+  EXPECT_TRUE(bound(65, 0));
+  const Variant first = ClientValue::make([&] {
+    EXPECT_TRUE(bound(66, 0));
+    return Variant(1L);
+  });
+  EXPECT_EQ(mappings->Remove(first.get()), S_OK);
+  EXPECT_EQ(count(), 1);
+  EXPECT_FALSE(bound(65, 0));
+  EXPECT_TRUE(bound(66, 0));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "support/ClientValue.h"
 #include "support/Component.h"
 #include "support/EventLog.h"
 #include "support/Leaks.h"
@@ -498,6 +499,18 @@ TEST_F(CObservableClassTest, LeaksNothing) {
     pop();
     log.take();
   });
+}
+
+TEST_F(CObservableClassTest, LivesUntilTheEndOfTheCallThatReleasesIt) {
+  for (const PropertyCall member : {simple, update}) {
+    auto last = create<CObservableClass, _CObservableClass>();
+    _CObservableClass* const borrowed = last.get();
+    Variant property = ClientValue::make([] { return Variant(1L); }, [&] { last.reset(); });
+    VARIANT_BOOL result = VARIANT_FALSE;
+    EXPECT_EQ((borrowed->*member)(&property.get(), nullptr, Variant(2L).get(), &result), S_OK);
+    EXPECT_EQ(result, VARIANT_TRUE);
+    EXPECT_FALSE(last);
+  }
 }
 
 }  // namespace

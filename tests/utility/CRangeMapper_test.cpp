@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "support/ClientValue.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 #include "utility/Values.h"
@@ -181,6 +182,30 @@ TEST_F(CRangeMapperTest, LeaksNothing) {
     object.call(L"ToRange", value(L"5"));
     object.call(L"ToRange", value(L"many"));
   });
+}
+
+TEST_F(CRangeMapperTest, AValueThatReplacesTheEndPointsIsMappedByTheOldOnes) {
+  setDomain(L"0", L"10");
+  setRange(0, 1);
+  const Variant five = ClientValue::make([&] {
+    setDomain(L"5", L"6");
+    return Variant(5L);
+  });
+  Variant result;
+  EXPECT_EQ(mapper->ToRange(five.get(), result.out()), S_OK);
+  EXPECT_EQ(number(result), 0.5);
+  EXPECT_EQ(number(toRange(6)), 1);
+}
+
+TEST_F(CRangeMapperTest, LivesUntilTheEndOfTheCallThatReleasesIt) {
+  const auto last = std::make_unique<ComPtr<_CRangeMapper>>(create<CRangeMapper, _CRangeMapper>());
+  _CRangeMapper* const borrowed = last->get();
+  {
+    const Variant point = ClientValue::make([] { return Variant(0L); }, [&] { last->reset(); });
+    EXPECT_EQ(borrowed->put_Domain(0, point.get()), S_OK);
+  }
+  EXPECT_EQ(borrowed->SetDomain(value(0).get(), value(1).get()), S_OK);
+  EXPECT_FALSE(*last);
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
 
+#include "support/ClientValue.h"
 #include "support/Component.h"
 #include "support/Leaks.h"
 #include "utility/Values.h"
 
 namespace zeq::test {
 namespace {
+
+using testing::ElementsAre;
 
 class CZEQUtilityCollectionsTest : public testing::Test {
  protected:
@@ -90,6 +93,16 @@ TEST_F(CZEQUtilityCollectionsTest, Clears) {
   EXPECT_EQ(collections->Collection_Clear(&argument), S_OK);
   EXPECT_EQ(count(), 0);
   EXPECT_EQ(collections->Collection_Clear(&argument), S_OK);
+}
+
+TEST_F(CZEQUtilityCollectionsTest, ClearsFromTheEnd) {
+  std::vector<long> left;
+  for (long number = 1; number <= 3; ++number) {
+    Variant told = ClientValue::make([] { return Variant(0L); }, [&, number] { left.push_back(number); });
+    EXPECT_EQ(Late(collection).call(L"Add", told).code, S_OK);
+  }
+  EXPECT_EQ(collections->Collection_Clear(&argument), S_OK);
+  EXPECT_THAT(left, ElementsAre(3, 2, 1));
 }
 
 TEST_F(CZEQUtilityCollectionsTest, AnswersFalseWithoutACollection) {
