@@ -44,6 +44,9 @@ Variant NamedCaller::invoke(const wchar_t* name, WORD flags, VARIANTARG* argumen
   CallException exception;
   const HRESULT outcome = invokeMember(id, LOCALE_USER_DEFAULT, flags, &parameters,
                                        isPut ? nullptr : result.out(), exception.out(), nullptr);
+  if (outcome == DISP_E_TYPEMISMATCH) {
+    throw ArgumentRefused();
+  }
   if (FAILED(outcome)) {
     throw exception.error(outcome);
   }

@@ -13,9 +13,15 @@
 
 namespace zeq::automation {
 
+/// The called object took an argument for one of a wrong type, before it did anything.
+class ArgumentRefused : public Error {
+ public:
+  ArgumentRefused() : Error(DISP_E_TYPEMISMATCH) {}
+};
+
 /// An object that has IDispatchEx is called through it: the instances of a script's class may answer nothing
 /// through IDispatch itself. The members throw Error: number 438 for a name that the object does not have,
-/// else what the object reports.
+/// ArgumentRefused, else what the object reports.
 class NamedCaller {
  public:
   explicit NamedCaller(IDispatch* target) noexcept

@@ -4,7 +4,6 @@
 
 namespace zeq::wizard {
 
-using automation::Error;
 using automation::raising;
 using automation::Variant;
 
@@ -16,10 +15,11 @@ STDMETHODIMP StepAdapter::Execute(BSTR CaptionA, VARIANT_BOOL PermitBackA, VARIA
                                   VARIANT_BOOL PermitFinishA, BSTR* SubsequentStepKeyA,
                                   IHelpProvider* HelpProviderA, WizardStepOutcome* result) noexcept {
   return raising(result, [&] {
+    const auto helpProvider = automation::withoutAdapter(HelpProviderA);
     const auto execute = [&](auto* subsequentKey) {
       return caller().call(L"Execute", CaptionA, PermitBackA != VARIANT_FALSE, PermitNextA != VARIANT_FALSE,
                            PermitFinishA != VARIANT_FALSE, subsequentKey,
-                           static_cast<IDispatch*>(HelpProviderA));
+                           static_cast<IDispatch*>(helpProvider.get()));
     };
     // Scripts hand back only what they get as a variable of any type; an object with typed arguments refuses
     // that before it does anything.
@@ -27,10 +27,7 @@ STDMETHODIMP StepAdapter::Execute(BSTR CaptionA, VARIANT_BOOL PermitBackA, VARIA
     Variant subsequentKey(automation::text(SubsequentStepKeyA));
     try {
       outcome = execute(&subsequentKey.get());
-    } catch (const Error& error) {
-      if (error.code() != DISP_E_TYPEMISMATCH) {
-        throw;
-      }
+    } catch (const automation::ArgumentRefused&) {
       outcome = execute(SubsequentStepKeyA);
       subsequentKey = Variant(automation::text(SubsequentStepKeyA));
     }

@@ -440,6 +440,22 @@ TEST_F(CWizardTest, AStepThatAddsAnotherWhenFreed) {
   Step::whenFreed = nullptr;
 }
 
+TEST_F(CWizardTest, AStepThatReleasesTheWizardWhenFreed) {
+  auto last = create<CWizard, _CWizard>();
+  _CWizard* const borrowed = last.get();
+  for (const wchar_t* key : {L"A", L"B"}) {
+    ComPtr<_CWizardStepDetails> details;
+    const auto step = Step::make([](Page&) { return wzsoFinished; });
+    EXPECT_EQ(borrowed->AddStep(step.get(), Bstr(key).get(), details.out()), S_OK);
+  }
+  const int before = Step::freed;
+  Step::whenFreed = [&] { last.reset(); };
+  EXPECT_EQ(borrowed->Clear(), S_OK);
+  Step::whenFreed = nullptr;
+  EXPECT_FALSE(last);
+  EXPECT_EQ(Step::freed - before, 2);
+}
+
 TEST_F(CWizardTest, AStepThatClearsTheWizardWhenFreed) {
   Step::whenFreed = [&] { wizard->Clear(); };
   add(L"A", wzsoNext);
@@ -535,9 +551,14 @@ class ScriptObject final : public ClientObject<> {
     *ids = static_cast<DISPID>(names_.size());
     return S_OK;
   }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
-                      UINT*) noexcept override {
-    return handler_(names_.at(static_cast<std::size_t>(id - 1)), inDeclarationOrder(*parameters), result);
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
+                      EXCEPINFO* exception, UINT*) noexcept override {
+    const std::wstring& name = names_.at(static_cast<std::size_t>(id - 1));
+    const HRESULT outcome = handler_(name, inDeclarationOrder(*parameters), result);
+    if (outcome == DISP_E_EXCEPTION) {
+      exception->scode = DISP_E_TYPEMISMATCH;  // What the script itself failed with.
+    }
+    return outcome;
   }
 
  private:
@@ -640,6 +661,33 @@ TEST_F(CWizardByNameTest, AnOutcomeThatIsNoNumberIsAnErrorAndRunsNothingTwice) {
   });
   EXPECT_EQ(wizard.call(L"AddStep", Variant(script.get()), Variant(L"A")).code, S_OK);
   EXPECT_EQ(wizard.get(L"DoWizard").get().lVal, wizoError);
+  EXPECT_THAT(calls, ElementsAre(L"Execute"));
+}
+
+TEST_F(CWizardByNameTest, AStepThatFailsForATypeMismatchOfItsOwnRunsOnce) {
+  const auto script = ScriptObject::make([&](const std::wstring& name, auto, auto) {
+    calls.push_back(name);
+    return name == L"Execute" ? DISP_E_EXCEPTION : S_OK;
+  });
+  EXPECT_EQ(wizard.call(L"AddStep", Variant(script.get()), Variant(L"A")).code, S_OK);
+  EXPECT_EQ(wizard.get(L"DoWizard").get().lVal, wizoError);
+  EXPECT_THAT(calls, ElementsAre(L"Execute"));
+}
+
+TEST_F(CWizardByNameTest, StepsGetTheHelpProviderItself) {
+  const auto provider = ScriptObject::make([](const std::wstring&, auto, auto) { return S_OK; });
+  const auto script =
+      ScriptObject::make([&](const std::wstring& name, std::vector<VARIANT*> given, VARIANT* result) {
+        calls.push_back(name);
+        if (name == L"Execute") {
+          EXPECT_EQ(given[5]->pdispVal, provider.get());
+          *result = Variant(5L).detach();
+        }
+        return S_OK;
+      });
+  EXPECT_EQ(wizard.call(L"AddStep", Variant(script.get()), Variant(L"A")).code, S_OK);
+  EXPECT_EQ(wizard.get(L"DoWizard", Variant(1L), Variant::missing(), Variant(provider.get())).get().lVal,
+            wizoFinished);
   EXPECT_THAT(calls, ElementsAre(L"Execute"));
 }
 
