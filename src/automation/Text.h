@@ -28,6 +28,11 @@ namespace zeq::automation {
   return text(*string);
 }
 
+/// The same for one that may be left out.
+[[nodiscard]] inline std::wstring_view optionalText(const BSTR* string) noexcept {
+  return string != nullptr ? text(*string) : std::wstring_view();
+}
+
 /// A new BSTR that the caller owns.
 [[nodiscard]] inline BSTR newBstr(std::wstring_view text) {
   BSTR result = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

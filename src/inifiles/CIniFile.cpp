@@ -10,6 +10,7 @@ namespace {
 
 using automation::Collection;
 using automation::ComPtr;
+using automation::optionalText;
 using automation::raising;
 using automation::text;
 using automation::Variant;
@@ -42,6 +43,12 @@ std::wstring readValue(const std::wstring& file, std::wstring_view section, cons
 }
 
 }  // namespace
+
+CIniFile::~CIniFile() {
+  if (keys_) {
+    keys_->clear();  // A client may keep the collection.
+  }
+}
 
 void CIniFile::setSection(std::wstring_view name) {
   if (name != section_) {
@@ -93,8 +100,8 @@ STDMETHODIMP CIniFile::GetString(BSTR* Key, BSTR* SectionName, BSTR* Default, BS
     // Copies: emptying the key collection may release a client's object, which may change the client's
     // variables.
     const std::wstring key(text(Key));
-    const std::wstring section(text(SectionName));
-    const std::wstring fallback(text(Default));
+    const std::wstring section(optionalText(SectionName));
+    const std::wstring fallback(optionalText(Default));
     return getString(key, section, fallback);
   });
 }

@@ -12,6 +12,8 @@ namespace zeq::inifiles {
 
 class CIniFile final : public automation::Object<CIniFile, ::CIniFile, ::_CIniFile> {
  public:
+  ~CIniFile() override;
+
   // For the library's own classes: the members of the same names below.
   void setFileName(std::wstring_view name) { fileName_ = name; }
   void setSection(std::wstring_view name);

@@ -147,7 +147,7 @@ STDMETHODIMP CVersionInfo::IsLaterThanVer(::_CVersionInfo** ver, VARIANT_BOOL* r
 
 STDMETHODIMP CVersionInfo::ReadFromIniFile(BSTR* fn, BSTR* sectID, VARIANT_BOOL* result) noexcept {
   return raising(result, [&] {
-    const std::wstring_view section = text(sectID);
+    const std::wstring_view section = automation::optionalText(sectID);
     const auto reader = CIniFile::make();
     reader->setFileName(text(fn));
     reader->setSection(section.empty() ? L"VERSION" : section);

@@ -364,5 +364,25 @@ TEST_F(CIniFileTest, ScriptsSeeTheDuplicateKeyError) {
   EXPECT_EQ(outcome.description, L"This key is already associated with an element of this collection");
 }
 
+TEST_F(CIniFileTest, ItsEndEmptiesTheKeys) {
+  openFile("[G]\r\na=1\r\nb=2\r\n");
+  EXPECT_EQ(setSection(L"G"), S_OK);
+  const auto kept = keyCollection();
+  EXPECT_THAT(keys(), ElementsAre(L"a", L"b"));
+  reader.reset();
+  long count = -1;
+  EXPECT_EQ(kept->get_Count(&count), S_OK);
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(CIniFileTest, WhatIsOptionalMayBeANullPointer) {
+  openFile("[G]\r\na=1\r\n");
+  EXPECT_EQ(setSection(L"G"), S_OK);
+  Bstr result;
+  EXPECT_EQ(reader->GetString(TextArgument(L"a"), nullptr, nullptr, result.out()), S_OK);
+  EXPECT_EQ(result.view(), L"1");
+  EXPECT_EQ(reader->GetString(nullptr, nullptr, nullptr, result.out()), E_POINTER);
+}
+
 }  // namespace
 }  // namespace zeq::test
