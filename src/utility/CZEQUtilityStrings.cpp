@@ -14,6 +14,19 @@ using automation::raising;
 using automation::text;
 using automation::Variant;
 
+/// A bound on the length of what one character of a date/time pattern stands for.
+std::size_t longestTextOf(wchar_t character) noexcept {
+  constexpr std::wstring_view letters = L"dwmqyhnstapeDWMQYHNSTAPE#0@&%";
+  constexpr std::wstring_view separators = L":/.,";
+  if (character == L'c' || character == L'C') {
+    return 32;  // Date and time.
+  }
+  if (letters.find(character) != std::wstring_view::npos) {
+    return 6;  // The longest date takes six letters, the longest name of a day or a month four.
+  }
+  return separators.find(character) != std::wstring_view::npos ? 4 : 1;
+}
+
 /// A bound on the length of a text made by a date/time pattern.
 std::size_t longestText(std::wstring_view pattern) noexcept {
   std::size_t length = 0;
@@ -25,10 +38,8 @@ std::size_t longestText(std::wstring_view pattern) noexcept {
     } else if (quoted || character == L'\\') {
       length += 1;
       at += quoted ? 0 : 1;
-    } else if (character == L'c' || character == L'C') {
-      length += 32;  // Date and time.
     } else {
-      length += 6;  // The longest date takes six letters, the longest name of a day or a month four.
+      length += longestTextOf(character);
     }
   }
   return length;

@@ -14,16 +14,14 @@ namespace {
 /// Patterns see a number as the automation runtime does: fifteen significant decimal digits.
 constexpr int significantDigits = 15;
 
-/// A finite number as 0.d1d2d3… times a power of ten.
+/// The size of a finite number as 0.d1d2d3… times a power of ten.
 struct Decimal {
-  bool negative = false;
   int exponent = 0;  ///< Position of the decimal separator, counted from the first digit.
   std::string digits;
 };
 
 Decimal decimalOf(double value) {
   Decimal result;
-  result.negative = value < 0;
   std::array<char, 40> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
                                  std::chars_format::scientific, significantDigits - 1);
@@ -74,11 +72,11 @@ char digitAt(const Decimal& number, int position) {
 }  // namespace
 
 void appendNumber(std::wstring& text, double value, int integerDigits, int decimals, wchar_t separator) {
-  Decimal number = decimalOf(finite(value));
-  roundTo(number, decimals);
-  if (number.negative && number.digits.find_first_not_of('0') != std::string::npos) {
+  if (finite(value) < 0) {
     text += L'-';
   }
+  Decimal number = decimalOf(value);
+  roundTo(number, decimals);
   for (int position = -std::max(number.exponent, integerDigits); position < decimals; ++position) {
     if (position == 0 && decimals > 0) {
       text += separator;

@@ -7,8 +7,9 @@ namespace zeq::utility {
 
 /// A number with at least `integerDigits` digits before the decimal separator (padded with zeros) and exactly
 /// `decimals` after it, rounded to nearest with ties away from zero as digit patterns do: the pattern
-/// "00000.00" is formatNumber(value, 5, 2). Negative numbers get a leading minus sign unless they round to
-/// zero. Throws std::overflow_error for a value that is not finite.
+/// "00000.00" is formatNumber(value, 5, 2). Every number below zero gets a leading minus sign, also where it
+/// rounds to zero, as the platform's digit patterns do. Throws std::overflow_error for a value that is not
+/// finite.
 [[nodiscard]] std::wstring formatNumber(double value, int integerDigits, int decimals,
                                         wchar_t separator = L'.');
 

@@ -148,6 +148,15 @@ TEST_F(CFakeDriveTest, DescribesItselfInMebibytes) {
             L"LowTideDelta: -1.250M  HighTide: 2.500M  HighTideDelta: 2.000M  ");
 }
 
+TEST_F(CFakeDriveTest, SignsWhatIsBelowZeroHoweverLittle) {
+  drive->UseBytes(100);
+  drive->FreeBytes(300);
+  EXPECT_EQ(
+      asString(),
+      L"[]  Capacity: 0.000M  FreeSpace: 0.000M  Delta: -0.000M  LowTide: -0.000M  LowTideDelta: -0.000M  "
+      L"HighTide: 0.000M  HighTideDelta: 0.000M  ");
+}
+
 int WINAPI answerComma(LCID /*locale*/, LCTYPE type, wchar_t* text, int size) {
   EXPECT_EQ(type, LCTYPE{LOCALE_SDECIMAL});
   EXPECT_GE(size, 2);

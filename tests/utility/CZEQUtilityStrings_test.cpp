@@ -143,6 +143,9 @@ TEST_F(CZEQUtilityStringsTest, WritesTimesByPattern) {
             L"after 1 hours, 1 minutes and 1 seconds of the day");
   EXPECT_EQ(timeOfDay(-86400, L"yyyy-mm-dd"), L"1899-12-29");
   EXPECT_EQ(timeOfDay(3661, L"Short Time"), L"01:01");
+  EXPECT_EQ(timeOfDay(3661, L"yyyy-mm-dd, dddd, d mmmm yyyy, hh:nn:ss"),
+            L"1899-12-30, Saturday, 30 December 1899, 01:01:01");
+  EXPECT_EQ(timeOfDay(3661, L"hh:nn" + std::wstring(100, L' ')), L"01:01" + std::wstring(100, L' '));
   EXPECT_EQ(lateText(late, L"StrUtil_SecsToTimeStr", 3661, L"hh:nn:ss"), L"01:01:01");
 }
 

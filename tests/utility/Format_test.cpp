@@ -23,9 +23,9 @@ TEST(FormatNumber, PadsAndRounds) {
   EXPECT_EQ(formatNumber(1.5, 1, 1, L','), L"1,5");
 }
 
-TEST(FormatNumber, SignsOnlyWhatDoesNotRoundToZero) {
+TEST(FormatNumber, SignsWhatIsBelowZero) {
   EXPECT_EQ(formatNumber(-1.5, 1, 3), L"-1.500");
-  EXPECT_EQ(formatNumber(-0.0001, 1, 3), L"0.000");
+  EXPECT_EQ(formatNumber(-0.0001, 1, 3), L"-0.000");
   EXPECT_EQ(formatNumber(-0.0, 1, 0), L"0");
   EXPECT_EQ(formatNumber(-7, 2, 0), L"-07");
 }
