@@ -19,6 +19,9 @@ class TaskConnection::Sink final : public automation::Unknown<IDispatch> {
   }
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+    if (count == nullptr) {
+      return E_POINTER;
+    }
     *count = 0;
     return S_OK;
   }

@@ -16,14 +16,18 @@ namespace {
 static_assert(sizeof(SHFILEINFOA) == 352);
 #endif
 
-/// Starts a program in a normal window with the focus.
-void start(std::wstring commandLine) {
+/// Starts one of the system's own programs in a normal window with the focus: neither the program's folder
+/// nor the current one is searched for it.
+void start(const wchar_t* program, std::wstring commandLine) {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(GetSystemDirectoryW(path.data(), static_cast<UINT>(path.size())));
+  path.append(L"\\").append(program);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = SW_SHOWNORMAL;
   PROCESS_INFORMATION process{};
-  if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+  if (CreateProcessW(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                      &process) != FALSE) {
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
@@ -47,7 +51,7 @@ void openFile(const std::wstring& path) {
   const HINSTANCE outcome =
       ShellExecuteA(GetDesktopWindow(), "Open", toAnsi(path).c_str(), parameters, folder, SW_SHOWNORMAL);
   if (reinterpret_cast<std::intptr_t>(outcome) == SE_ERR_NOASSOC) {
-    start(L"rundll32.exe shell32.dll,OpenAs_RunDLL " + path);
+    start(L"rundll32.exe", L"rundll32.exe shell32.dll,OpenAs_RunDLL " + path);
   }
 }
 

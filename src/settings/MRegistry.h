@@ -28,7 +28,8 @@ inline constexpr long nothingDone = 99;
 struct StoredValue {
   long status = nothingDone;
   automation::Variant value;  ///< The default where nothing was read.
-  /// The registry holds exactly this text as a string value, so that writing it back would change nothing.
+  /// The registry holds this text as a string value: writing it back would change nothing but letters outside
+  /// the code page, which were lost in reading.
   bool isStoredText = false;
 };
 

@@ -243,6 +243,17 @@ TEST_F(CFileOperationTest, PercentCompleteOfARunningTransferComparesFileSizes) {
   }
 }
 
+TEST_F(CFileOperationTest, PercentCompleteOfWhatHasNoSizeIsTheStoredProgress) {
+  VARIANT_BOOL success = VARIANT_TRUE;
+  EXPECT_EQ(operation->Execute(VARIANT_FALSE, &success), S_OK);
+  operation->put_State(exstExecuting);
+  for (const auto& [type, value] : {std::pair{0L, 0.0}, std::pair{3L, 100.0}, std::pair{4L, 100.0},
+                                    std::pair{5L, 0.0}, std::pair{-1L, 0.0}}) {
+    late.put(L"OpType", Variant(type));
+    EXPECT_EQ(percent(), value) << type;
+  }
+}
+
 TEST_F(CFileOperationTest, RefusesNullResults) {
   EXPECT_EQ(operation->SetMove(nullptr, nullptr, ovrtNo, ptypAny, nullptr), E_POINTER);
   EXPECT_EQ(operation->get_AsString(VARIANT_TRUE, nullptr, nullptr, nullptr), E_POINTER);

@@ -3,6 +3,7 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
@@ -150,7 +151,9 @@ HINSTANCE WINAPI answerLaunch(HWND owner, const char* verb, const char* file, co
 
 BOOL WINAPI answerStart(const wchar_t* program, wchar_t* command, SECURITY_ATTRIBUTES*, SECURITY_ATTRIBUTES*,
                         BOOL, DWORD, void*, const wchar_t*, STARTUPINFOW* startup, PROCESS_INFORMATION*) {
-  EXPECT_EQ(program, nullptr);
+  std::array<wchar_t, MAX_PATH> system{};
+  GetSystemDirectoryW(system.data(), MAX_PATH);
+  EXPECT_EQ(program, std::wstring(system.data()) + L"\\rundll32.exe") << "no folder is searched for it";
   startedCommand = command;
   startedWith = *startup;
   SetLastError(ERROR_FILE_NOT_FOUND);
