@@ -37,8 +37,7 @@ std::wstring expected(double value, int integerDigits, int decimals, wchar_t sep
   }
   const std::size_t first =
       std::min(digits.find_first_not_of('0'), half - static_cast<std::size_t>(integerDigits));
-  const bool isZero = digits.find_first_not_of('0') == std::string::npos;
-  std::wstring result = value < 0 && !isZero ? L"-" : L"";
+  std::wstring result = value < 0 ? L"-" : L"";
   for (std::size_t at = first; at < end; ++at) {
     if (at == half) {
       result += separator;
