@@ -3,6 +3,8 @@
 #include <limits>
 #include <string>
 
+#include "torture/Record.h"
+
 namespace zeq::torture {
 
 using automation::Variant;
@@ -86,11 +88,31 @@ Variant randomNumber(Random& random) {
 
 /// No value that automation knows, or one without what it should hold.
 Variant oddValue(Random& random) {
-  static const std::vector<VARTYPE> types{
-      VT_VOID, VT_PTR,     VT_LPSTR,    VT_CLSID,         VT_HRESULT,
-      VT_BSTR, VT_UNKNOWN, VT_DISPATCH, VT_ARRAY | VT_I2, VT_ARRAY | VT_VARIANT,
-      0x0FFF};
+  static const std::vector<VARTYPE> types{VT_VOID,
+                                          VT_RECORD,
+                                          VT_PTR,
+                                          VT_LPSTR,
+                                          VT_CLSID,
+                                          VT_HRESULT,
+                                          VT_BSTR,
+                                          VT_UNKNOWN,
+                                          VT_DISPATCH,
+                                          VT_ARRAY | VT_I2,
+                                          VT_ARRAY | VT_VARIANT,
+                                          0x0FFF};
   return raw(random.pick(types), 0);
+}
+
+/// Where the value of a variable stands, for a reference to it.
+void* placeOf(VARIANT& variable) {
+  switch (variable.vt) {
+    case VT_DECIMAL:
+      return &variable;
+    case VT_RECORD:
+      return V_RECORD(&variable);
+    default:
+      return &variable.byref;
+  }
 }
 
 }  // namespace
@@ -110,6 +132,9 @@ Variant randomValue(Random& random) {
     case 6:
       return Variant(std::wstring_view(randomText(random)));
     case 7:
+      if (random.chance(15)) {
+        return Record::make();
+      }
       return random.chance(50) ? raw(VT_ERROR, E_FAIL) : oddValue(random);
     default:
       return randomNumber(random);
@@ -150,12 +175,14 @@ Variant Arguments::element(VARTYPE type) {
 }
 
 Variant Arguments::array() {
-  static const std::vector<VARTYPE> types{VT_VARIANT, VT_BSTR, VT_R8,   VT_I4, VT_I2,
-                                          VT_UI1,     VT_BOOL, VT_DATE, VT_CY, VT_DISPATCH};
+  static const std::vector<VARTYPE> types{VT_VARIANT, VT_BSTR, VT_R8, VT_I4,       VT_I2,    VT_UI1,
+                                          VT_BOOL,    VT_DATE, VT_CY, VT_DISPATCH, VT_RECORD};
   const VARTYPE type = random_.pick(types);
   SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(random_.below(6)), static_cast<LONG>(random_.below(3)) - 1},
                               {2, 0}};
-  SAFEARRAY* array = SafeArrayCreate(type, random_.chance(90) ? 1 : 2, bounds);
+  const UINT dimensions = random_.chance(90) ? 1 : 2;
+  SAFEARRAY* array =
+      type == VT_RECORD ? Record::makeArray(dimensions, bounds) : SafeArrayCreate(type, dimensions, bounds);
   Variant result;
   if (array == nullptr) {
     return result;
@@ -189,11 +216,9 @@ VARIANT Arguments::reference() {
     }
     return argument;
   }
+  argument = variable;  // For the type of a record, which stands beside the reference.
   argument.vt = static_cast<VARTYPE>(VT_BYREF | variable.vt);
-  if (!isNull) {
-    // Every member of the union starts at the same place, but for the decimal, which is the whole.
-    argument.byref = variable.vt == VT_DECIMAL ? static_cast<void*>(&variable) : &variable.byref;
-  }
+  argument.byref = isNull ? nullptr : placeOf(variable);
   return argument;
 }
 

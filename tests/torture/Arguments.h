@@ -1,5 +1,5 @@
 #pragma once
-// Random argument lists: every VARIANT type, by value, by reference, arrays, objects, null pointers.
+// Random argument lists: every VARIANT type, by value, by reference, arrays, objects, records, null pointers.
 
 #include <windows.h>
 #include <oleauto.h>

@@ -19,7 +19,7 @@ STDMETHODIMP Stranger::GetIDsOfNames(REFIID /*reserved*/, wchar_t** /*names*/, U
 STDMETHODIMP Stranger::Invoke(DISPID /*id*/, REFIID /*reserved*/, LCID /*locale*/, WORD /*flags*/,
                               DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                               UINT* /*argumentError*/) noexcept {
-  return answer_(*arguments, result, exception);
+  return manners_.answer(*arguments, result, exception);
 }
 
 }  // namespace zeq::torture

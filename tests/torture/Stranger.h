@@ -22,11 +22,14 @@ class Stranger final : public test::ClientObject<> {
   /// What its calls fail with; a member that calls it may pass that on.
   static constexpr HRESULT failure = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x2FF);
 
-  using Answer = std::function<HRESULT(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception)>;
+  /// What it does; lasts longer than the object.
+  struct Manners {
+    std::function<HRESULT(const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception)> answer;
+    std::function<void()> go;  ///< When its last reference is released.
+  };
 
-  /// `answer` lasts longer than the object.
-  [[nodiscard]] static automation::ComPtr<IDispatch> make(Kind kind, const Answer& answer) {
-    return automation::ComPtr<IDispatch>::attach(new Stranger(kind, answer));
+  [[nodiscard]] static automation::ComPtr<IDispatch> make(Kind kind, const Manners& manners) {
+    return automation::ComPtr<IDispatch>::attach(new Stranger(kind, manners));
   }
 
   /// How many there are.
@@ -39,11 +42,14 @@ class Stranger final : public test::ClientObject<> {
                       VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept override;
 
  private:
-  Stranger(Kind kind, const Answer& answer) : kind_(kind), answer_(answer) { ++alive_; }
-  ~Stranger() override { --alive_; }
+  Stranger(Kind kind, const Manners& manners) : kind_(kind), manners_(manners) { ++alive_; }
+  ~Stranger() override {
+    --alive_;
+    manners_.go();
+  }
 
   Kind kind_;
-  const Answer& answer_;
+  const Manners& manners_;
   static inline long alive_ = 0;
 };
 

@@ -86,13 +86,15 @@ World::World(Random& random)
     : random_(random),
       objectSource_([this] { return anyObject(); }),
       strangers_([this] { return stranger(); }),
-      answer_([this](const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception) {
-        return answer(arguments, result, exception);
-      }) {
+      manners_{[this](const DISPPARAMS& arguments, VARIANT* result, EXCEPINFO* exception) {
+                 return answer(arguments, result, exception);
+               },
+               [this] { reenter(); }} {
   readClasses();
 }
 
 World::~World() {
+  depth_ = deepest;  // What goes now does nothing more.
   connections_.clear();
   retired_.clear();
   enumerators_.clear();
@@ -318,7 +320,7 @@ ComPtr<IDispatch> World::stranger() {
   static const std::vector<Stranger::Kind> kinds{Stranger::Kind::knowsEveryName,
                                                  Stranger::Kind::knowsEveryName, Stranger::Kind::knowsNoName,
                                                  Stranger::Kind::answersNoName};
-  return random_.chance(10) ? nullptr : Stranger::make(random_.pick(kinds), answer_);
+  return random_.chance(10) ? nullptr : Stranger::make(random_.pick(kinds), manners_);
 }
 
 /// Goes on with an enumerator of a collection that may have changed or gone meanwhile.

@@ -77,7 +77,7 @@ class World {
   Random& random_;
   ObjectSource objectSource_;
   ObjectSource strangers_;
-  Stranger::Answer answer_;
+  Stranger::Manners manners_;
   std::vector<Class> classes_;
   std::vector<Live> live_;
   std::vector<automation::ComPtr<IEnumVARIANT>> enumerators_;

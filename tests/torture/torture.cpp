@@ -18,6 +18,7 @@
 
 #include "support/Leaks.h"
 #include "support/TempFolder.h"
+#include "torture/Record.h"
 #include "torture/Report.h"
 #include "torture/Stranger.h"
 #include "torture/World.h"
@@ -85,6 +86,9 @@ class Leftovers {
   void count() {
     if (torture::Stranger::alive() != 0) {
       throw torture::Violation("an object of the client's is still held after a round");
+    }
+    if (torture::Record::alive() != 0) {
+      throw torture::Violation("a record of the client's is still held after a round");
     }
     const test::Holdings now = test::holdings();
     if (now.componentInUse) {
