@@ -7,6 +7,7 @@
 #include "fileops/CFakeDrive.h"
 #include "fileops/CFileOperation.h"
 #include "platform/Files.h"
+#include "utility/MZEQUtilityStrings.h"
 
 namespace zeq::fileops {
 
@@ -274,12 +275,12 @@ void CFileOperationBatch::recordUsage(const VARIANT& drive, const VARIANT& fills
 
 /// The monitor of a drive, made on first use.
 ComPtr<_CFakeDrive> CFileOperationBatch::driveMonitor(std::wstring_view name) {
-  const std::wstring key = automation::foldCase(trimmed(name));
+  const std::wstring key = automation::foldCase(utility::trimmed(name));
   for (long position = 1; position <= driveMonitors_->size(); ++position) {
     auto monitor = objectAt<_CFakeDrive>(*driveMonitors_, position);
     automation::Bstr monitored;
     if (monitor && SUCCEEDED(monitor->get_Name(monitored.out())) &&
-        automation::foldCase(trimmed(monitored.view())) == key) {
+        automation::foldCase(utility::trimmed(monitored.view())) == key) {
       return monitor;
     }
   }

@@ -7,8 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "utility/MZEQUtilityStrings.h"
-
 namespace zeq::fileops {
 
 // The numbers are those of the type library's enumerations. Clients may store any other number as well.
@@ -53,8 +51,5 @@ struct Operation {
 
 /// How much of a copy is done, in percent, judged by the sizes of both files.
 [[nodiscard]] double copiedPercent(double sourceSize, double destinationSize) noexcept;
-
-/// For names of drives and paths, whose outer blanks do not count.
-using utility::trimmed;
 
 }  // namespace zeq::fileops

@@ -10,6 +10,7 @@
 #include "platform/Paths.h"
 #include "platform/ShellTransfer.h"
 #include "platform/WindowHandle.h"
+#include "utility/MZEQUtilityStrings.h"
 
 namespace zeq::fileops {
 namespace {
@@ -55,8 +56,8 @@ bool isEmptyFolder(const std::wstring& folder) noexcept {
 }
 
 bool isSameText(std::wstring_view left, std::wstring_view right) {
-  left = trimmed(left);
-  right = trimmed(right);
+  left = utility::trimmed(left);
+  right = utility::trimmed(right);
   return left.size() == right.size() &&
          (left == right || automation::foldCase(left) == automation::foldCase(right));
 }

@@ -7,10 +7,6 @@
 namespace zeq::observe {
 namespace {
 
-bool holdsObject(const VARIANT& value) noexcept {
-  return value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
-}
-
 /// An object has many interfaces, but only one IUnknown.
 bool isSameObject(IUnknown* one, IUnknown* other) noexcept {
   if (one == other || one == nullptr || other == nullptr) {
@@ -63,8 +59,8 @@ bool isSameValue(const VARIANT& one, const VARIANT& other) noexcept {
 
 Comparison compare(const VARIANT& stored, const VARIANT& offered) noexcept {
   bool same = stored.vt == offered.vt;
-  if (holdsObject(stored)) {
-    same = holdsObject(offered) && isSameObject(stored.punkVal, offered.punkVal);
+  if (automation::isObjectType(stored.vt)) {
+    same = automation::isObjectType(offered.vt) && isSameObject(stored.punkVal, offered.punkVal);
   } else if (same && stored.vt == VT_NULL) {
     return Comparison::null;
   } else {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Failure.h"
 #include "platform/Files.h"
 #include "platform/FolderEntries.h"
 #include "platform/NativePath.h"

@@ -18,7 +18,8 @@ static_assert(sizeof(SHFILEINFOA) == 352);
 
 /// Starts one of the system's own programs in a normal window with the focus: neither the program's folder
 /// nor the current one is searched for it.
-void start(const wchar_t* program, std::wstring commandLine) {
+void start(const std::wstring& program, const std::wstring& arguments) {
+  std::wstring commandLine = program + L" " + arguments;
   std::wstring path(MAX_PATH, L'\0');
   path.resize(GetSystemDirectoryW(path.data(), static_cast<UINT>(path.size())));
   path.append(L"\\").append(program);
@@ -51,7 +52,7 @@ void openFile(const std::wstring& path) {
   const HINSTANCE outcome =
       ShellExecuteA(GetDesktopWindow(), "Open", toAnsi(path).c_str(), parameters, folder, SW_SHOWNORMAL);
   if (reinterpret_cast<std::intptr_t>(outcome) == SE_ERR_NOASSOC) {
-    start(L"rundll32.exe", L"rundll32.exe shell32.dll,OpenAs_RunDLL " + path);
+    start(L"rundll32.exe", L"shell32.dll,OpenAs_RunDLL " + path);
   }
 }
 
